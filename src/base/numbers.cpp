@@ -1,0 +1,82 @@
+#include "base/numbers.h"
+
+#include <charconv>
+#include <cstdlib>
+#include <limits>
+
+namespace vantrel {
+namespace {
+
+// The sign and the digits of a leading number; digits saturate at 64 bits.
+struct LeadingNumber {
+  bool negative = false;
+  std::uint64_t magnitude = 0;
+};
+
+LeadingNumber leading_number(std::string_view text) {
+  LeadingNumber number;
+  std::size_t i = 0;
+  while (i < text.size() && is_space(text[i])) ++i;
+  if (i < text.size() && (text[i] == '+' || text[i] == '-')) number.negative = text[i++] == '-';
+  constexpr std::uint64_t kMax = std::numeric_limits<std::uint64_t>::max();
+  for (; i < text.size() && is_digit(text[i]); ++i) {
+    const auto digit = static_cast<std::uint64_t>(text[i] - '0');
+    const bool fits =
+        number.magnitude < kMax / 10 || (number.magnitude == kMax / 10 && digit <= kMax % 10);
+    if (!fits) {
+      number.magnitude = kMax;
+      break;
+    }
+    number.magnitude = number.magnitude * 10 + digit;
+  }
+  return number;
+}
+
+template <typename Integer>
+void append_decimal(std::string& text, Integer value) {
+  char digits[16];
+  const auto result = std::to_chars(digits, digits + sizeof digits, value);
+  text.append(digits, result.ptr);
+}
+
+}  // namespace
+
+std::int32_t to_int(std::string_view text) {
+  const LeadingNumber number = leading_number(text);
+  constexpr std::uint64_t kMax = std::numeric_limits<std::int64_t>::max();
+  std::uint64_t value = number.magnitude;
+  if (number.negative) {
+    value = 0 - (value > kMax ? kMax + 1 : value);
+  } else if (value > kMax) {
+    value = kMax;
+  }
+  return static_cast<std::int32_t>(static_cast<std::uint32_t>(value));
+}
+
+std::uint32_t to_unsigned(std::string_view text) {
+  const LeadingNumber number = leading_number(text);
+  // strtoul does not negate a value that ran over.
+  const bool ran_over = number.magnitude == std::numeric_limits<std::uint64_t>::max();
+  return static_cast<std::uint32_t>(number.negative && !ran_over ? 0 - number.magnitude
+                                                                 : number.magnitude);
+}
+
+double to_double(std::string_view text) { return std::strtod(std::string(text).c_str(), nullptr); }
+
+std::int32_t truncate_to_int(double value) {
+  constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+  if (value >= static_cast<double>(kMax)) return kMax;
+  if (value <= static_cast<double>(kMin)) return kMin;
+  return value == value ? static_cast<std::int32_t>(value) : 0;
+}
+
+std::int32_t percent_of(std::int32_t a, std::int32_t b) {
+  if (b == 0) return 0;
+  return truncate_to_int(static_cast<float>(a) / static_cast<float>(b) * 100.0f);
+}
+
+void append_number(std::string& text, std::int32_t value) { append_decimal(text, value); }
+void append_number(std::string& text, std::uint32_t value) { append_decimal(text, value); }
+
+}  // namespace vantrel

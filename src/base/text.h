@@ -1,0 +1,70 @@
+// Walking the site's text files: pieces ended by a bar, lines ended by a line feed.
+#pragma once
+
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vantrel {
+
+// Hands out the pieces of a text one by one with the meaning of std::getline: a last piece without
+// its separator is delivered if it is not empty, and nothing follows a separator that ends the
+// text. In a stream of bars a line feed is part of the piece it stands in. The views point into the
+// text.
+class Pieces {
+ public:
+  explicit Pieces(std::string_view text, char separator = '|')
+      : next_(text.data()), end_(text.data() + text.size()), separator_(separator) {}
+
+  // False at the end of the text; piece is then unchanged.
+  [[nodiscard]] bool next(std::string_view& piece) {
+    if (next_ == end_) return false;
+    const auto left = static_cast<std::size_t>(end_ - next_);
+    const auto* stop = static_cast<const char*>(std::memchr(next_, separator_, left));
+    if (stop == nullptr) {
+      piece = {next_, left};
+      next_ = end_;
+    } else {
+      piece = {next_, static_cast<std::size_t>(stop - next_)};
+      next_ = stop + 1;
+    }
+    return true;
+  }
+
+  // As next(), for the places where a missing piece counts as an empty one.
+  [[nodiscard]] std::string_view next_or_empty() {
+    std::string_view piece;
+    return next(piece) ? piece : std::string_view();
+  }
+
+ private:
+  const char* next_;
+  const char* end_;
+  char separator_;
+};
+
+[[nodiscard]] inline Pieces lines_of(std::string_view text) { return Pieces(text, '\n'); }
+
+// All pieces of a text as texts of their own.
+[[nodiscard]] std::vector<std::string> split(std::string_view text, char separator = '|');
+
+// Letters A-Z only; every other byte stays. In place.
+void lower_case(char* text, std::size_t size);
+
+// A fixed-width text field of a binary record: up to its NUL, or its whole width without one.
+template <std::size_t Width>
+[[nodiscard]] std::string_view field_text(const char (&field)[Width]) {
+  return {field, strnlen(field, Width)};
+}
+
+// Copies a text into a zeroed fixed-width field: up to a NUL of the source, cut so that the
+// field's own terminator fits.
+template <std::size_t Width>
+void put_field_text(char (&field)[Width], std::string_view text) {
+  if (text.empty()) return;
+  const std::size_t length = strnlen(text.data(), text.size());
+  std::memcpy(field, text.data(), length < Width ? length : Width - 1);
+}
+
+}  // namespace vantrel

@@ -1,0 +1,100 @@
+#include "history/history_file.h"
+
+#include <algorithm>
+
+#include "base/numbers.h"
+#include "base/text.h"
+
+namespace vantrel {
+namespace {
+
+constexpr std::uint64_t kPiecesPerRecord = 30;
+constexpr std::uint64_t kFirstCounter = 2;  // pieces 0 and 1 are filler and date
+constexpr std::uint64_t kRecordsPerWeek = 7;
+constexpr std::size_t kChunk = 128 * 1024;
+
+// In blocks whose count fits in a byte: the compiler then counts many bytes at a time.
+std::uint64_t count_bars(std::string_view text) {
+  constexpr std::size_t kBlock = 255;
+  std::uint64_t bars = 0;
+  while (!text.empty()) {
+    const std::string_view block = text.substr(0, kBlock);
+    std::uint8_t in_block = 0;
+    for (const char c : block) in_block = static_cast<std::uint8_t>(in_block + (c == '|'));
+    bars += in_block;
+    text.remove_prefix(block.size());
+  }
+  return bars;
+}
+
+// The end of the text from its n-th last bar on; all of it when it holds fewer bars.
+std::string_view from_last_bars(std::string_view text, std::uint64_t n) {
+  std::size_t begin = text.size();
+  for (; n > 0 && begin > 0; --n) {
+    const std::size_t bar = text.rfind('|', begin - 1);
+    begin = bar == std::string_view::npos ? 0 : bar;
+  }
+  return text.substr(begin);
+}
+
+// Adds up the counters of a text that begins with the first piece of a record.
+TrafficCounters sum_records(std::string_view text) {
+  TrafficCounters sum;
+  Pieces pieces(text);
+  std::string_view piece;
+  for (std::uint64_t k = 0; pieces.next(piece); k = (k + 1) % kPiecesPerRecord) {
+    if (k < kFirstCounter || k >= kFirstCounter + kCounterCount) continue;
+    std::int32_t& counter = sum.values[k - kFirstCounter];
+    counter = wrap_add(counter, to_int(piece));
+  }
+  return sum;
+}
+
+// How many bars at the end of a file of that many bars belong to its last seven records. A record
+// exists once its first counter does; what stands before its first bar is filler.
+std::uint64_t bars_of_last_week(std::uint64_t bars, bool ends_with_bar) {
+  const std::uint64_t pieces = bars + (ends_with_bar ? 0 : 1);
+  const std::uint64_t records = (pieces + kPiecesPerRecord - kFirstCounter - 1) / kPiecesPerRecord;
+  return records > kRecordsPerWeek ? bars - (records - kRecordsPerWeek) * kPiecesPerRecord : bars;
+}
+
+}  // namespace
+
+std::optional<std::string> trade_history_path(std::string_view name) {
+  if (name.find('/') != std::string_view::npos) return std::nullopt;
+  return "d/h/" + std::string(name) + ".his";
+}
+
+// The file grows for ever, and nothing tells where a record begins but the number of bars before
+// it. So the bars are counted to the end chunk by chunk; the records wanted are most often in the
+// last chunk still at hand.
+std::optional<TrafficCounters> HistoryReader::sum_of_last_week(const char* path) {
+  const File file = open_to_read(path);
+  if (!file.is_open()) return std::nullopt;
+  buffer_.resize(kChunk);
+  std::string_view chunk;
+  std::uint64_t size = 0;
+  std::uint64_t bars = 0;
+  do {
+    const std::ptrdiff_t count = read_at(file, buffer_.data(), kChunk, size);
+    if (count < 0) return std::nullopt;
+    if (count == 0) break;
+    chunk = std::string_view(buffer_).substr(0, static_cast<std::size_t>(count));
+    size += chunk.size();
+    bars += count_bars(chunk);
+  } while (chunk.size() == kChunk);
+
+  const bool ends_with_bar = chunk.empty() || chunk.back() == '|';
+  const std::uint64_t wanted = bars_of_last_week(bars, ends_with_bar);
+  std::string tail;
+  for (std::size_t length = 2 * kChunk; count_bars(chunk) < wanted && chunk.size() < size;
+       length *= 2) {
+    tail.resize(static_cast<std::size_t>(std::min<std::uint64_t>(length, size)));
+    const std::ptrdiff_t count = read_at(file, tail.data(), tail.size(), size - tail.size());
+    if (count < 0) return std::nullopt;
+    chunk = tail;
+  }
+  return sum_records(from_last_bars(chunk, wanted));
+}
+
+}  // namespace vantrel

@@ -1,0 +1,108 @@
+#include "out/out_settings.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "base/files.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "run/event_log.h"
+
+namespace vantrel {
+namespace {
+
+// Pairs of pieces: a name, a weight. The name of all but the first begins with a line feed.
+std::optional<OutSet> load_out_set() {
+  FileBuffer file;
+  if (!file.read("d/out.set")) return std::nullopt;
+  OutSet weights;
+  Pieces pieces(file.text());
+  for (std::string_view name, weight; pieces.next(name) && pieces.next(weight);) {
+    weights.push_back(to_int(weight));
+  }
+  return weights;
+}
+
+// One record; the piece before its first bar is dropped.
+std::optional<OutMod> load_out_mod() {
+  FileBuffer file;
+  if (!file.read("d/out.mod")) return std::nullopt;
+  OutMod modifiers{split(file.text())};
+  if (!modifiers.fields.empty()) modifiers.fields.erase(modifiers.fields.begin());
+  return modifiers;
+}
+
+void apply_cap(TradeCap& caps, std::string_view kind, std::int32_t value) {
+  if (kind == "1") caps.cap_cef = value;
+  if (kind == "2") caps.cap_ctt = value;
+  if (kind == "3") caps.cap_out = value;
+}
+
+// Groups of four pieces: ignored, trade id, kind, value. Later ones override earlier ones.
+std::optional<TradeCaps> load_caps() {
+  FileBuffer file;
+  if (!file.read("d/caps")) return std::nullopt;
+  TradeCaps caps;
+  Pieces pieces(file.text());
+  for (std::string_view ignored, id, kind, value;
+       pieces.next(ignored) && pieces.next(id) && pieces.next(kind) && pieces.next(value);) {
+    if (value != "-1") apply_cap(caps[to_int(id)], kind, to_int(value));
+  }
+  return caps;
+}
+
+}  // namespace
+
+std::string_view OutMod::text(std::size_t i) const {
+  return i < fields.size() ? std::string_view(fields[i]) : std::string_view();
+}
+
+std::int32_t OutMod::number(std::size_t i) const {
+  return i + 1 < fields.size() ? to_int(fields[i]) : 0;
+}
+
+bool load_out_settings(OutSettings& settings, std::size_t trade_count) {
+  auto weights = load_out_set();
+  if (!weights) {
+    report(event::out_set_missing);
+    return false;
+  }
+  auto modifiers = load_out_mod();
+  if (!modifiers) {
+    report(event::out_mod_missing);
+    return false;
+  }
+  auto caps = load_caps();
+  if (!caps) {
+    report(event::caps_missing);
+    report(event::caps_consequence);
+    caps.emplace();
+  }
+  settings.modifiers = std::move(*modifiers);
+  settings.caps = std::move(*caps);
+  settings.weights = settings.modifiers.generates_weights()
+                         ? generate_out_set(trade_count, /*fast=*/false)
+                         : std::move(*weights);
+  return true;
+}
+
+OutSet generate_out_set(std::size_t trade_count, bool fast) {
+  constexpr std::size_t kMostFurther = 25;
+  constexpr std::int64_t kLargest = std::numeric_limits<std::int32_t>::max();
+  const std::size_t further =
+      trade_count < 20 ? 0 : std::min((trade_count - 20) / 10 + 10, kMostFurther);
+  OutSet weights{1};
+  for (std::size_t i = 0; i < further; ++i) {
+    const std::int64_t next = std::int64_t{weights.back()} * (fast ? 23 : 26) / 10;
+    weights.push_back(static_cast<std::int32_t>(std::min(next, kLargest)));
+  }
+  std::reverse(weights.begin(), weights.end());
+  return weights;
+}
+
+TradeCap caps_of(const TradeCaps& caps, std::int32_t id) {
+  const auto found = caps.find(id);
+  return found == caps.end() ? TradeCap{} : found->second;
+}
+
+}  // namespace vantrel

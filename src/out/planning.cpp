@@ -1,0 +1,141 @@
+#include "out/planning.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
+#include <optional>
+
+#include "base/files.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "out/out_list.h"
+#include "out/scoring.h"
+#include "run/error_page.h"
+#include "run/event_log.h"
+
+namespace vantrel {
+namespace {
+
+double boosted(const TradeWork& trade, double score) {
+  const bool active =
+      score > 0 && trade.param_832 > 0 && trade.param_836 > 0 && trade.param_840 > 0;
+  if (!active) return score;
+  const bool low = boost_metric(trade) < trade.param_832;
+  return score * ((low ? trade.param_836 : trade.param_840) / 100.0);
+}
+
+// The conditions under which a trade may receive traffic although it sends too little.
+bool has_claim(const TradeWork& trade, int hour) {
+  const bool in_force = quota_in_force(trade);
+  return (in_force && quota_of(trade, hour) > trade.last60[slot::out]) ||
+         trade.last60[slot::out] < trade.hits_left || (in_force && trade.param_892 > 0);
+}
+
+// Decides whether the trade gets a weight, and cancels boosts that no longer count.
+bool admit(TradeWork& trade, std::int32_t uin24_limit, int hour) {
+  const bool sends_enough = trade.last24[slot::uin] >= uin24_limit;
+  const bool may_claim = sends_enough || trade.param_888 == 1;
+  if (!may_claim || !has_claim(trade, hour)) {
+    trade.hours_left = 0;
+    trade.param_892 = 0;
+    if (!sends_enough) return false;
+  }
+  return trade.flag_880 != 0;
+}
+
+// The second piece of d/nm/track, 1 without one; nothing when the file cannot be read.
+std::optional<std::int32_t> load_track() {
+  FileBuffer file;
+  if (!file.read("d/nm/track")) return std::nullopt;
+  Pieces pieces(file.text());
+  std::string_view piece;
+  return pieces.next(piece) && pieces.next(piece) ? to_int(piece) : 1;
+}
+
+}  // namespace
+
+std::int32_t boost_metric(const TradeWork& trade) {
+  const TrafficCounters& day = trade.last24;
+  const auto per_hit = [&day](slot::Counter counter) {
+    return day[slot::rin] > 0 ? percent_of(day[counter], day[slot::rin]) : 0;
+  };
+  switch (trade.param_828) {
+    case 2:
+      return day[slot::out];
+    case 3:
+      return day[slot::cef];
+    case 4:
+      return per_hit(slot::out);
+    case 5:
+      return per_hit(slot::cef);
+    default:
+      return day[slot::rin];
+  }
+}
+
+std::int32_t quota_of(const TradeWork& trade, int hour) { return trade.hourly[hour]; }
+
+void score_trades(std::vector<TradeWork>& works, const OutSettings& settings) {
+  ExpressionEvaluator evaluator;
+  const bool by_formula = settings.modifiers.uses_formula();
+  for (TradeWork& work : works) {
+    const ScoreArgs args{
+        work.last60,       work.last24, work.last07, work.flag_880, caps_of(settings.caps, work.id),
+        settings.modifiers};
+    const double score = by_formula ? formula_score(args, evaluator) : builtin_score(args);
+    work.score = boosted(work, score);
+    work.plan_value = 0.0;
+    work.plan_flag = 1;
+  }
+}
+
+void rank_trades(std::vector<TradeWork>& works) {
+  std::vector<std::size_t> order(works.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  const auto score = [&works](std::size_t i) { return works[i].score; };
+  const auto numbers_end = std::stable_partition(
+      order.begin(), order.end(), [&](std::size_t i) { return !std::isnan(score(i)); });
+  std::stable_sort(order.begin(), numbers_end,
+                   [&](std::size_t a, std::size_t b) { return score(a) > score(b); });
+  std::vector<TradeWork> ranked;
+  ranked.reserve(works.size());
+  for (const std::size_t i : order) ranked.push_back(works[i]);
+  works = std::move(ranked);
+}
+
+void hand_out_weights(std::vector<TradeWork>& ranked, const OutSet& weights,
+                      std::int32_t uin24_limit, int hour) {
+  std::size_t handed_out = 0;
+  for (std::size_t p = 0; p < ranked.size(); ++p) {
+    TradeWork& trade = ranked[p];
+    trade.score = 0.0;
+    trade.plan_value = 0.0;
+    if (!admit(trade, uin24_limit, hour)) continue;
+    if (handed_out < weights.size()) {
+      trade.score = weights[handed_out++];
+    } else {
+      const auto places_below = static_cast<double>(ranked.size() - p);
+      trade.plan_value = places_below * places_below;
+    }
+  }
+}
+
+bool plan_outgoing(std::vector<TradeWork>& works, const OutSettings& settings,
+                   const MainSettings& main_settings, int hour) {
+  score_trades(works, settings);
+  OutListHeader header = out_list_header(works, main_settings);
+  rank_trades(works);
+  hand_out_weights(works, settings.weights, main_settings.uin24_limit, hour);
+  const std::optional<std::int32_t> track = load_track();
+  if (!track) {
+    error_page_file("d/nm/track", "", false);
+    return false;
+  }
+  header.track = *track;
+  if (!overwrite_file(kOutListFile, encode_out_list(header, works, hour))) {
+    report(event::out_list_unwritable);
+  }
+  return true;
+}
+
+}  // namespace vantrel

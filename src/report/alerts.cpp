@@ -1,0 +1,142 @@
+#include "report/alerts.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "base/files.h"
+#include "base/numbers.h"
+#include "base/shell.h"
+#include "base/text.h"
+#include "run/event_log.h"
+
+namespace vantrel {
+namespace {
+
+constexpr const char* kAlertsFile = "d/alerts";
+constexpr std::size_t kFieldCount = 14;
+constexpr std::size_t kMailProgram = 0;
+constexpr std::size_t kSender = 1;
+constexpr std::size_t kRecipient = 2;
+
+using AlertFields = std::vector<std::string>;
+
+// One kind of alert: where its threshold stands (its flag stands behind it) and what the mail says.
+struct AlertKind {
+  std::size_t threshold;
+  std::string_view before;
+  std::string_view after;
+
+  [[nodiscard]] std::size_t flag() const { return threshold + 1; }
+};
+
+// In the order in which they are checked and mailed. The two blanks are what webmasters' filters
+// have always matched.
+constexpr AlertKind kAlertKinds[] = {
+    {4, "* Your site dropped below ", " unique hits per day\n"},
+    {6, "* Your site has grown to ", " unique hits per day\n"},
+    {8, "* Your site has dropped below ", " unique hits per hour\n"},
+    {10, "* Your site has grown to  ", " unique hits per hour\n"},
+    {12, "* One of your trades has grown to ", " unique hits per day\n"},
+};
+
+AlertFields load_alerts() {
+  FileBuffer file;
+  if (!file.read(kAlertsFile)) {
+    report(event::alerts_unavailable);
+    return {};
+  }
+  AlertFields fields = split(file.text());
+  if (!fields.empty()) fields.erase(fields.begin());
+  for (std::string& field : fields) {
+    if (field.empty()) field = "0";
+  }
+  return fields;
+}
+
+// Totals and thresholds of the site are compared as unsigned numbers, those of a trade as signed.
+bool crosses(const AlertKind& kind, std::int32_t threshold, const std::vector<TradeWork>& works) {
+  std::uint32_t day = 0;
+  std::uint32_t hour = 0;
+  for (const TradeWork& work : works) {
+    day += static_cast<std::uint32_t>(work.last24[slot::rin]);
+    hour += static_cast<std::uint32_t>(work.last60[slot::rin]);
+  }
+  const auto limit = static_cast<std::uint32_t>(threshold);
+  switch (kind.threshold) {
+    case 4:
+      return day < limit;
+    case 6:
+      return day > limit;
+    case 8:
+      return hour < limit;
+    case 10:
+      return hour > limit;
+    default:
+      return std::any_of(works.begin(), works.end(), [threshold](const TradeWork& work) {
+        return threshold < work.last24[slot::rin];
+      });
+  }
+}
+
+std::vector<const AlertKind*> fired_alerts(const AlertFields& fields,
+                                           const std::vector<TradeWork>& works) {
+  std::vector<const AlertKind*> fired;
+  for (const AlertKind& kind : kAlertKinds) {
+    const bool may_be_sent = fields[kind.flag()] == "0";
+    if (may_be_sent && crosses(kind, to_int(fields[kind.threshold]), works)) {
+      fired.push_back(&kind);
+    }
+  }
+  return fired;
+}
+
+bool can_be_mailed(const AlertFields& fields) {
+  const auto is_address = [](const std::string& text) {
+    return text.size() > 5 && text.find('@') != std::string::npos;
+  };
+  return fields[kMailProgram].size() > 10 && is_address(fields[kSender]) &&
+         is_address(fields[kRecipient]);
+}
+
+std::string compose_mail(const AlertFields& fields, const std::vector<const AlertKind*>& alerts) {
+  std::string mail = "To: " + fields[kRecipient] + "\nFrom: " + fields[kSender] +
+                     "\nSubject: Automatic Alert from Vantrel\n\n"
+                     "Dear webmaster,\n\n"
+                     "This is an email from the Vantrel Alert System to inform you about the "
+                     "following.\n\n";
+  for (const AlertKind* kind : alerts) {
+    mail.append(kind->before).append(fields[kind->threshold]).append(kind->after);
+  }
+  return mail + "Thank you for your time.\n\nVantrel Alert System";
+}
+
+// In place, because the administration side keeps the file open by name. The new text can only be
+// shorter than the old when something stood before the first bar; then neither writing first nor
+// cutting first leaves the old or the new file to a run killed in between, and a rename does.
+bool store_alerts(const AlertFields& fields) {
+  std::string text = "|";
+  for (const std::string& field : fields) text.append(field).append("|");
+  FileBuffer old;
+  const bool shrinks = old.read(kAlertsFile) && text.size() < old.size();
+  return shrinks ? replace_file(kAlertsFile, text) : overwrite_file(kAlertsFile, text);
+}
+
+}  // namespace
+
+void run_alerts(const std::vector<TradeWork>& works) {
+  AlertFields fields = load_alerts();
+  if (fields.size() != kFieldCount) {
+    report(event::alerts_corrupt);
+    return;
+  }
+  const auto alerts = fired_alerts(fields, works);
+  if (alerts.empty() || !can_be_mailed(fields)) return;
+  const std::string mail = compose_mail(fields, alerts);
+  if (!pipe_to_command(fields[kMailProgram] + " -t", mail)) report(event::mail_not_started);
+  for (const AlertKind* kind : alerts) fields[kind->flag()] = "1";
+  if (!store_alerts(fields)) report(event::alerts_unavailable);
+}
+
+}  // namespace vantrel

@@ -1,0 +1,21 @@
+// Alert mails: the webmaster is told once when the traffic of the site or of a trade crosses a
+// threshold.
+//
+// d/alerts is a stream of pieces; the text before the first bar is dropped, then come exactly 14:
+//   0 path of the mail program   1 sender   2 recipient   3 not used
+//   4, 6 site minimum, maximum a day   8, 10 site minimum, maximum an hour   12 trade maximum a day
+//   5, 7, 9, 11, 13 behind each threshold the flag that the alert was sent, "0" or "1"
+// Written by the administration side, which also sets flags back; the run sets them.
+#pragma once
+
+#include <vector>
+
+#include "store/trade_record.h"
+
+namespace vantrel {
+
+// Compares the windows of all entries with the thresholds, mails what has not been mailed and
+// stores the flags. Failures are events.
+void run_alerts(const std::vector<TradeWork>& works);
+
+}  // namespace vantrel

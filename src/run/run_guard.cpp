@@ -1,0 +1,64 @@
+#include "run/run_guard.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <string_view>
+
+#include "base/clock.h"
+#include "base/files.h"
+#include "base/text.h"
+#include "run/event_log.h"
+
+namespace vantrel {
+namespace {
+
+constexpr const char* kDiskCheckFile = "l/hdd.check";
+constexpr const char* kLastRunFile = "l/sys/cron.last";
+constexpr std::string_view kDiskCheckText = "0123456789";
+
+}  // namespace
+
+bool check_disk() {
+  if (!write_scratch_file(kDiskCheckFile, kDiskCheckText)) {
+    report(event::disk_write_test);
+    return false;
+  }
+  FileBuffer file;
+  if (!file.read(kDiskCheckFile)) {
+    report(event::disk_read_test);
+    return false;
+  }
+  std::string_view last;
+  Pieces lines = lines_of(file.text());
+  while (lines.next(last)) continue;
+  if (last == kDiskCheckText) return true;
+  report(event::disk_full);
+  return false;
+}
+
+bool ran_this_minute() {
+  struct stat status {};
+  if (::stat(kLastRunFile, &status) != 0) return false;
+  return epoch_minute(status.st_mtime) == epoch_minute(wall_clock());
+}
+
+bool guard_run(RunHistory& history) {
+  history.moment = wall_clock();
+  history.run_stamp = format_time(kRunStampFormat, history.moment);
+  FileBuffer file;
+  static_cast<void>(file.read(kRunHistoryFile));
+  history.stamps = split(file.text(), '\n');
+  if (std::find(history.stamps.begin(), history.stamps.end(), history.run_stamp) !=
+      history.stamps.end()) {
+    report(event::double_run);
+    return false;
+  }
+  // A run that cannot be recorded is still worth its work.
+  static_cast<void>(append_to_file(kRunHistoryFile, history.run_stamp + "\n", Torn::cut));
+  static_cast<void>(overwrite_file(kLastRunFile, history.run_stamp));
+  history.stamps.push_back(history.run_stamp);
+  return true;
+}
+
+}  // namespace vantrel

@@ -1,0 +1,107 @@
+#include "settings/dynamic_skim.h"
+
+#include <optional>
+#include <string_view>
+
+#include "base/files.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "run/event_log.h"
+
+namespace vantrel {
+namespace {
+
+constexpr std::size_t kSwitches = 4;
+constexpr std::size_t kFieldsPerBlock = 4;
+
+struct SkimSwitches {
+  bool enabled = false;
+  bool trades = false;
+  bool entry6 = false;
+  bool entry3 = false;
+};
+
+struct SkimCondition {
+  std::int32_t skim_value = 0;
+  std::string_view metric;
+  std::string_view op;
+  std::int32_t threshold = 0;
+};
+
+// The site's traffic over all entries but the one with id 5.
+struct SiteTotals {
+  TrafficCounters last60;
+  TrafficCounters last24;
+};
+
+SiteTotals site_totals(const std::vector<TradeWork>& works) {
+  SiteTotals totals;
+  for (const TradeWork& work : works) {
+    if (work.id == 5) continue;
+    add(totals.last60, work.last60);
+    add(totals.last24, work.last24);
+  }
+  return totals;
+}
+
+std::int32_t metric_of(const SiteTotals& totals, std::string_view metric) {
+  const TrafficCounters& hour = totals.last60;
+  const TrafficCounters& day = totals.last24;
+  if (metric == "1") return hour[slot::uin];
+  if (metric == "2") return hour[slot::cef];
+  if (metric == "3") return hour[slot::ctt];
+  if (metric == "4") return percent_of(hour[slot::out], hour[slot::uin]);
+  if (metric == "5") return percent_of(hour[slot::cef], hour[slot::uin]);
+  if (metric == "6") return day[slot::uin];
+  if (metric == "7") return day[slot::cef];
+  if (metric == "8") return day[slot::ctt];
+  if (metric == "9") return percent_of(day[slot::out], day[slot::uin]);
+  if (metric == "10") return percent_of(day[slot::cef], day[slot::uin]);
+  return 0;
+}
+
+bool matches(const SkimCondition& condition, const SiteTotals& totals) {
+  const std::int32_t value = metric_of(totals, condition.metric);
+  if (condition.op == "1") return value > condition.threshold;
+  return condition.op == "2" && value < condition.threshold;
+}
+
+bool applies_to(const SkimSwitches& switches, const TradeWork& work) {
+  return (work.id == 3 && switches.entry3) || (work.id == 6 && switches.entry6) ||
+         (work.id > 10 && switches.trades);
+}
+
+}  // namespace
+
+void apply_dynamic_skim(std::vector<TradeWork>& works) {
+  FileBuffer file;
+  if (!file.read("d/ds")) {
+    report(event::skim_missing);
+    report(event::skim_consequence);
+    return;
+  }
+  std::vector<std::string_view> fields;
+  Pieces pieces(file.text());
+  static_cast<void>(pieces.next_or_empty());
+  for (std::string_view field; pieces.next(field);) fields.push_back(field);
+
+  if (fields.size() < kSwitches) return;
+  const SkimSwitches switches{fields[0] == "1", fields[1] == "1", fields[2] == "1",
+                              fields[3] == "1"};
+  if (!switches.enabled || !(switches.trades || switches.entry6 || switches.entry3)) return;
+
+  const SiteTotals totals = site_totals(works);
+  // Every matching block would set the same entries anew, so only the last one counts.
+  std::optional<std::int32_t> skim;
+  for (std::size_t i = kSwitches; i + kFieldsPerBlock <= fields.size(); i += kFieldsPerBlock) {
+    const SkimCondition block{to_int(fields[i]), fields[i + 1], fields[i + 2],
+                              to_int(fields[i + 3])};
+    if (matches(block, totals)) skim = block.skim_value;
+  }
+  if (!skim) return;
+  for (TradeWork& work : works) {
+    if (applies_to(switches, work)) work.param_844 = *skim;
+  }
+}
+
+}  // namespace vantrel

@@ -1,0 +1,19 @@
+// Dynamic skim: d/ds lets the site replace the skim of its trades for this run when the site's
+// traffic meets a condition. Written by the administration side.
+//
+// A stream of pieces; the text before the first bar is dropped. Fields 0 to 3 are switches: on at
+// all, for trades, for the entry with id 6, for the entry with id 3. From field 4 on stand blocks
+// of four: skim value, metric "1" to "10", operator "1" greater or "2" less, threshold.
+#pragma once
+
+#include <vector>
+
+#include "store/trade_record.h"
+
+namespace vantrel {
+
+// Judges the windows as the previous run left them and writes param_844 of the work entries, never
+// of the trade records. Two events when the file cannot be read.
+void apply_dynamic_skim(std::vector<TradeWork>& works);
+
+}  // namespace vantrel

@@ -1,0 +1,53 @@
+// From a visitor's address to a country: the table d/ip.psv, some hundred thousand ranges.
+//
+// A stream of pieces in groups of four: ignored, first address, last address, country. Written by
+// the administration side, ascending and without overlaps; the run does not sort it.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "base/files.h"
+#include "base/first_index.h"
+
+namespace vantrel {
+
+// The text between the dots of w.x.y.z, each part as a lenient number: w·2^24 + x·2^16 + y·2^8 + z,
+// wrapping. A missing part is 0; the fourth reaches to the end of the text.
+[[nodiscard]] std::uint32_t ip_to_number(std::string_view text);
+
+class IpTable {
+ public:
+  static constexpr std::string_view kOutOfRange = "out of range";
+
+  // False when the file cannot be read; the caller reports it.
+  [[nodiscard]] bool load(const char* path);
+
+  // The countries the table names, in lower case, each once; last of all kOutOfRange.
+  [[nodiscard]] const std::vector<std::string_view>& countries() const { return countries_; }
+
+  // The number of the address's country in countries().
+  [[nodiscard]] std::uint32_t country_number(std::uint32_t address) const;
+  [[nodiscard]] std::string_view country_of(std::uint32_t address) const {
+    return countries_[country_number(address)];
+  }
+
+  [[nodiscard]] std::size_t size() const { return first_.size(); }
+  // Ascending, every range first to last, none touching another: what the file should be.
+  [[nodiscard]] bool well_formed() const { return well_formed_; }
+
+ private:
+  void parse();
+  [[nodiscard]] std::size_t find_ordered(std::uint32_t address) const;
+  [[nodiscard]] std::size_t find_by_bisection(std::uint32_t address) const;
+
+  FileBuffer file_;  // the countries are views into it
+  std::vector<std::uint32_t> first_;
+  std::vector<std::uint32_t> last_;
+  std::vector<std::uint32_t> country_;  // index into countries_
+  std::vector<std::string_view> countries_;
+  bool well_formed_ = true;
+};
+
+}  // namespace vantrel

@@ -1,0 +1,55 @@
+#include "settings/main_settings.h"
+
+#include "base/files.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "run/event_log.h"
+
+namespace vantrel {
+namespace {
+
+constexpr const char* kSettingsFile = "d/set";
+constexpr std::size_t kLineCount = 6;
+constexpr std::size_t kCefLimitLine = 3;
+constexpr std::size_t kSyncStateLine = 4;
+constexpr std::size_t kUinLimitLine = 5;
+
+}  // namespace
+
+std::string_view settings_field(std::string_view line, std::size_t n) {
+  std::size_t begin = 0;
+  for (std::size_t i = 0; i < n; ++i) {
+    const std::size_t bar = line.find('|', begin);
+    if (bar == std::string_view::npos) return n == 1 ? line : std::string_view();
+    begin = bar + 1;
+  }
+  return line.substr(begin, line.find('|', begin) - begin);
+}
+
+bool load_main_settings(MainSettings& settings) {
+  FileBuffer file;
+  if (!file.read(kSettingsFile)) {
+    report(event::settings_missing);
+    return false;
+  }
+  settings.lines = split(file.text(), '\n');
+  if (settings.lines.size() != kLineCount) {
+    report(event::settings_corrupt);
+    return false;
+  }
+  settings.cef_limit = to_int(settings_field(settings.lines[kCefLimitLine], 1));
+  settings.sync_state = settings_field(settings.lines[kSyncStateLine], 1);
+  settings.uin24_limit = to_int(settings_field(settings.lines[kUinLimitLine], 1));
+  return true;
+}
+
+void write_sync_state(const MainSettings& settings) {
+  std::string text;
+  for (std::size_t i = 0; i < settings.lines.size(); ++i) {
+    text += i == kSyncStateLine ? "|2|" : settings.lines[i];
+    text += '\n';
+  }
+  static_cast<void>(replace_file(kSettingsFile, text));
+}
+
+}  // namespace vantrel

@@ -1,0 +1,30 @@
+// The main settings d/set: six lines written by the administration side, read once a run. The run
+// rewrites the file only to store that a synchronisation was done.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vantrel {
+
+struct MainSettings {
+  std::vector<std::string> lines;  // the six lines as read, without their line feeds
+  std::int32_t cef_limit = 0;      // line 4: highest number of a click that still counts in cef
+  std::string sync_state;          // line 5: "1" and "3" ask for something, "2" is the normal state
+  std::int32_t uin24_limit = 0;    // line 6: unique hits a day below which a trade gets no visitors
+};
+
+// The text between the n-th bar of a line (from 1) and the next bar or the end. A line without any
+// bar is its own field 1; a field that is not there is empty.
+[[nodiscard]] std::string_view settings_field(std::string_view line, std::size_t n);
+
+// False, with an event, when the file cannot be read or does not have exactly six lines.
+[[nodiscard]] bool load_main_settings(MainSettings& settings);
+
+// Rewrites the file from the lines read, line 5 as "|2|". A file that cannot be written keeps its
+// state and is served again by the next run.
+void write_sync_state(const MainSettings& settings);
+
+}  // namespace vantrel

@@ -1,0 +1,79 @@
+#include "settings/traffic_settings.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "base/numbers.h"
+#include "base/text.h"
+#include "run/error_page.h"
+#include "run/event_log.h"
+
+namespace vantrel {
+namespace {
+
+std::vector<std::string> load_se_list() {
+  std::vector<std::string> names;
+  FileBuffer file;
+  static_cast<void>(file.read("d/se"));
+  Pieces lines = lines_of(file.text());
+  for (std::string_view line; lines.next(line);) {
+    std::string name(line.substr(0, line.find('*')));
+    std::erase_if(name, [](char c) { return c == '|' || c == '\r'; });
+    names.push_back(std::move(name));
+  }
+  return names;
+}
+
+void add_words(TextIndex& words, std::string_view line) {
+  const auto end = line.end();
+  for (auto begin = line.begin();;) {
+    begin = std::find_if_not(begin, end, is_space);
+    if (begin == end) return;
+    const auto stop = std::find_if(begin, end, is_space);
+    words.add({begin, stop}, 0);
+    begin = stop;
+  }
+}
+
+void load_proxy_list(TrafficSettings& settings) {
+  if (!settings.proxy_file.read("d/proxy")) {
+    report(event::proxy_missing);
+    return;
+  }
+  Pieces lines = lines_of(settings.proxy_file.text());
+  for (std::string_view line; lines.next(line);) {
+    add_words(settings.proxy_list, line.substr(0, line.find(':')));
+  }
+}
+
+// Groups of five pieces: ignored, rule_a, op_code, value, rule_d. A group cut short by the end of
+// the file is a rule whose missing numbers are 0.
+void parse_rules(std::string_view text,
+                 std::array<TrafficRule, TrafficSettings::kRuleCount>& rules) {
+  rules.fill({0, TrafficRule::kNone, 0.0f, 0});
+  Pieces pieces(text);
+  for (TrafficRule& rule : rules) {
+    std::string_view piece;
+    if (!pieces.next(piece) || !pieces.next(piece)) return;
+    rule.rule_a = to_int(piece);
+    rule.op_code = to_int(pieces.next_or_empty());
+    rule.value = static_cast<float>(to_double(pieces.next_or_empty()));
+    rule.rule_d = to_int(pieces.next_or_empty());
+  }
+}
+
+}  // namespace
+
+bool load_traffic_settings(TrafficSettings& settings) {
+  settings.se_list = load_se_list();
+  load_proxy_list(settings);
+  FileBuffer file;
+  if (!file.read("d/traffic.set")) {
+    error_page_file("d/traffic.set", "", false);
+    return false;
+  }
+  parse_rules(file.text(), settings.rules);
+  return true;
+}
+
+}  // namespace vantrel

@@ -1,0 +1,44 @@
+// What hit processing needs beyond the trades: names that are no trades but counted apart (d/se),
+// addresses of proxies (d/proxy) and the traffic rules (d/traffic.set). All three are written by
+// the administration side and only read here.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "base/files.h"
+#include "base/first_index.h"
+
+namespace vantrel {
+
+// One rule: by how much a kind of hit raises or lowers the hit's quality score.
+struct TrafficRule {
+  enum Operation : std::int32_t { kAdd = 0, kSubtract = 1, kBlock = 2, kNone = 3 };
+
+  std::int32_t rule_a = 0;  // the administration side's
+  std::int32_t op_code = 0;
+  float value = 0.0f;
+  std::int32_t rule_d = 0;  // the administration side's
+};
+
+struct TrafficSettings {
+  // Rules hit processing knows, by their number in the file; a rule the file lacks has no effect.
+  static constexpr std::size_t kRuleCount = 36;
+
+  // d/se, one name a line, compared as it is written (hits come in lower case).
+  std::vector<std::string> se_list;
+
+  // d/proxy, the words of each line up to its first colon. The views point into proxy_file.
+  FileBuffer proxy_file;
+  TextIndex proxy_list;
+
+  std::array<TrafficRule, kRuleCount> rules{};
+};
+
+// A missing d/se is an empty list, a missing d/proxy one with an event. False when d/traffic.set
+// cannot be read: the error page is printed instead of an event.
+[[nodiscard]] bool load_traffic_settings(TrafficSettings& settings);
+
+}  // namespace vantrel

@@ -1,0 +1,76 @@
+#include "store/housekeeping.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "base/clock.h"
+#include "base/numbers.h"
+#include "base/shell.h"
+#include "run/error_page.h"
+#include "traffic/hit_logs.h"
+
+namespace vantrel {
+namespace {
+
+constexpr const char* kBackupDirectory = "d/backup/";
+constexpr std::size_t kBackupsKept = 90;
+constexpr std::time_t kLogsKept = 25 * 60 * 60;  // seconds
+
+struct Backup {
+  std::string path;
+  std::int32_t age = -1;  // seconds, -1 when it is not known
+};
+
+void remove_logs_of(std::time_t minute) {
+  const std::string stamp = format_time(kMinuteStampFormat, minute);
+  std::remove(in_log_path(stamp).c_str());
+  std::remove(out_log_path(stamp).c_str());
+}
+
+std::int32_t age_of(const std::string& path) {
+  struct stat status {};
+  const std::time_t now = wall_clock();
+  if (::stat(path.c_str(), &status) != 0 || now == static_cast<std::time_t>(-1)) return -1;
+  return truncate_to_int(std::difftime(now, status.st_mtime));
+}
+
+}  // namespace
+
+void make_backup(const std::string& hour_stamp) {
+  run_command("tar zcf d/backup/" + hour_stamp + ".tar.gz d/t d/gr d/h d/tpl d/css");
+}
+
+void remove_old_logs(std::time_t walked) {
+  remove_logs_of(walked - kLogsKept);
+  remove_logs_of(walked - kLogsKept - 60);
+}
+
+void prune_backups() {
+  const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(kBackupDirectory), ::closedir);
+  if (!directory) {
+    error_page_directory(kBackupDirectory, "", false);
+    return;
+  }
+  std::vector<Backup> backups;
+  while (const dirent* entry = ::readdir(directory.get())) {
+    const std::string_view name = entry->d_name;
+    if (name == "." || name == "..") continue;
+    std::string path = std::string(kBackupDirectory).append(name);
+    const std::int32_t age = age_of(path);
+    backups.push_back({std::move(path), age});
+  }
+  std::stable_sort(backups.begin(), backups.end(),
+                   [](const Backup& a, const Backup& b) { return a.age < b.age; });
+  for (std::size_t i = kBackupsKept; i < backups.size(); ++i) {
+    std::remove(backups[i].path.c_str());
+  }
+}
+
+}  // namespace vantrel

@@ -1,0 +1,22 @@
+// Housekeeping: archives of the databases, removal of hit logs nobody reads again. None of it can
+// end the run.
+#pragma once
+
+#include <ctime>
+#include <string>
+
+namespace vantrel {
+
+// Archives the databases to d/backup/<hour stamp>.tar.gz with the system's tar, whatever becomes of
+// it. The stamp is of the hour the minute walk visited last.
+void make_backup(const std::string& hour_stamp);
+
+// Removes the hit logs of the minute 25 hours before the one the minute walk left, and of the
+// minute before that, so that a single missed run leaves nothing behind.
+void remove_old_logs(std::time_t walked);
+
+// Keeps the 90 newest files of d/backup/, whatever their names. Prints an error page when the
+// directory cannot be listed.
+void prune_backups();
+
+}  // namespace vantrel

@@ -1,0 +1,26 @@
+// The summary file d/t/sum: the three windows of every trade, carried from one run to the next.
+//
+// One line a trade, in the order of the work array:
+//   | id | 14 counters of last60 | 14 of last24 | 14 of last07 |
+// every piece ended by a bar, then a line feed; 44 bars in all. The run reads it as a stream of
+// pieces and rewrites it whole; nothing else writes it. It cannot be rebuilt when it is lost.
+#pragma once
+
+#include "store/trade_index.h"
+
+namespace vantrel {
+
+inline constexpr const char* kSummaryFile = "d/t/sum";
+
+// Adds the file's values to the windows of the work array: lines with the same id add up, a line
+// whose id no trade has goes to the reserved entry for the unknown. False, with an event, when the
+// file cannot be read.
+[[nodiscard]] bool load_summary(TradeStore& store);
+
+// False, with an event, when the file cannot be written; the old one is then whole.
+[[nodiscard]] bool write_summary(const TradeStore& store);
+
+// Two events when the marker d/jb of the administration side is missing.
+void check_marker();
+
+}  // namespace vantrel

@@ -1,0 +1,35 @@
+// The trade index d/t/index and the two arrays the run keeps of it.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "base/first_index.h"
+#include "store/trade_record.h"
+
+namespace vantrel {
+
+// A trade is referred to by its position, the same in both arrays until planning ranks the work
+// array. The first eleven positions are reserved entries.
+struct TradeStore {
+  std::vector<TradeRecord> trades;  // as read from the index; what is written back
+  std::vector<TradeWork> works;     // one a trade, what the phases work on
+  IdIndex ids;                      // id to the first position that has it, before the ranking
+  bool index_dirty = false;         // a countdown of a trade record moved
+};
+
+// Reads d/t/index, 996 bytes a record; a shorter last record keeps default values where the file
+// ends. False, with an event, when it cannot be read or holds fewer than ten records.
+[[nodiscard]] bool load_trade_index(TradeStore& store);
+
+// At minute 0: one hour less for every trade whose quota is counted in hours.
+void hourly_step(TradeStore& store);
+
+// Fills the work array and the id index from the trade array. False, with an event, when not every
+// trade got its entry.
+[[nodiscard]] bool build_work_array(TradeStore& store);
+
+// Overwrites the index in place when it is dirty. False, with an event, when that fails.
+[[nodiscard]] bool write_trade_index(const TradeStore& store);
+
+}  // namespace vantrel

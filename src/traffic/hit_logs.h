@@ -1,0 +1,74 @@
+// The raw hit logs l/in/<minute stamp> and l/out/<minute stamp>, one file a minute and direction,
+// appended by the request scripts while the minute lasts, read here once it is over, never changed.
+//
+// A file is a stream of pieces: 12 make an incoming record, 15 an outgoing one. A line feed after
+// the last bar of a record falls into piece 0 of the next, which is never looked at.
+#pragma once
+
+#include <array>
+#include <ctime>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "base/clock.h"
+#include "base/files.h"
+#include "base/text.h"
+
+namespace vantrel {
+
+inline constexpr const char* kMinuteStampFormat = "%y-%j-%H-%M";
+inline constexpr const char* kHourStampFormat = "%y-%j-%H";
+
+// Where the minute walk stands. The cleanup and the backup go on from where it left.
+struct MinuteWalk {
+  std::time_t moment = 0;    // the working clock: within the oldest minute visited
+  std::string minute_stamp;  // of that minute
+  std::string hour_stamp;
+};
+
+// How many minutes of logs this run reads: the time between the last two stamps of the run history,
+// this run's among them, at least 1 and at most 60. The stamps have no year, so a run after New
+// Year reads one minute.
+[[nodiscard]] double catch_up_minutes(const std::vector<std::string>& stamps);
+
+[[nodiscard]] std::string in_log_path(std::string_view minute_stamp);
+[[nodiscard]] std::string out_log_path(std::string_view minute_stamp);
+
+// Steps the walk back minute by minute, newest first, and calls visit(walk) for each.
+template <typename Visit>
+void for_each_log_minute(MinuteWalk& walk, std::time_t start, double minutes, Visit visit) {
+  walk.moment = start;
+  for (double done = 0.0; done == 0.0 || minutes > done; done += 1.0) {
+    walk.moment -= 60;
+    walk.minute_stamp = format_time(kMinuteStampFormat, walk.moment);
+    walk.hour_stamp = format_time(kHourStampFormat, walk.moment);
+    visit(walk);
+  }
+}
+
+// One record: its pieces in lower case, and how many of them the file holds.
+template <std::size_t Length>
+struct Record {
+  std::array<std::string_view, Length> fields;
+  std::size_t count = 0;
+
+  [[nodiscard]] bool complete() const { return count == Length; }
+};
+
+// Reads a log into the buffer and calls visit(record) for each record; the last one may be
+// incomplete. A missing or unreadable file delivers nothing.
+template <std::size_t Length, typename Visit>
+void read_fields(FileBuffer& buffer, const std::string& path, Visit visit) {
+  if (!buffer.read(path.c_str())) return;
+  lower_case(buffer.data(), buffer.size());
+  Pieces pieces(buffer.text());
+  Record<Length> record;
+  do {
+    record.count = 0;
+    while (record.count < Length && pieces.next(record.fields[record.count])) ++record.count;
+    if (record.count > 0) visit(record);
+  } while (record.complete());
+}
+
+}  // namespace vantrel

@@ -1,0 +1,216 @@
+#include "traffic/hit_processing.h"
+
+#include "base/numbers.h"
+
+namespace vantrel {
+namespace {
+
+// Numbers of the traffic rules, where two directions have a group of the same shape its first.
+namespace rule {
+constexpr std::size_t kInCountry = 0;  // group 1; +1 group 2 or unknown; +2 group 3
+constexpr std::size_t kInAgent = 3;    // group 1; +1 neither; +2 group 3
+constexpr std::size_t kInRequest = 6;  // group 1; +1 group 3
+constexpr std::size_t kInUnique = 8;
+constexpr std::size_t kInProxy = 10;
+constexpr std::size_t kInNoProxy = 11;
+constexpr std::size_t kOutCountry = 12;
+constexpr std::size_t kOutAgent = 15;
+constexpr std::size_t kOutRequest = 18;
+constexpr std::size_t kOutFlag = 20;
+constexpr std::size_t kOutProxy = 22;
+constexpr std::size_t kOutNoProxy = 23;
+constexpr std::size_t kOutCookie = 24;
+constexpr std::size_t kOutNoCookie = 25;
+constexpr std::size_t kOutTag = 26;
+constexpr std::size_t kOutNoTag = 27;
+constexpr std::size_t kOutTagGroup1 = 28;
+constexpr std::size_t kOutTagGroup3 = 29;
+constexpr std::size_t kOutTagStar = 30;
+constexpr std::size_t kOutToGallery = 31;
+constexpr std::size_t kOutToTrade = 32;
+constexpr std::size_t kOutRecorded = 33;
+constexpr std::size_t kOutOverLimit = 34;
+constexpr std::size_t kOutNoReferrer = 35;
+}  // namespace rule
+
+void count(std::int32_t& counter) { counter = wrap_add(counter, 1); }
+
+// Trade names first, the first of equal ones; then d/se. The entry for the unknown is never found
+// by its name.
+TextIndex index_names(const TradeStore& store, const std::vector<std::string>& se_list) {
+  TextIndex listed(se_list.size());
+  for (const std::string& name : se_list) listed.add(name, 0);
+  TextIndex names(store.works.size() + se_list.size());
+  for (std::size_t i = 0; i < store.works.size(); ++i) {
+    const std::string_view name = field_text(store.works[i].name);
+    const bool unknown = i == reserved::kUnknown;
+    const std::size_t position = unknown && listed.contains(name) ? reserved::kListed : i;
+    names.add(name, static_cast<std::int32_t>(position));
+  }
+  for (const std::string& name : se_list) names.add(name, reserved::kListed);
+  return names;
+}
+
+std::vector<std::uint8_t> group_countries(const RatingTables& ratings) {
+  std::vector<std::uint8_t> groups;
+  for (const std::string_view country : ratings.ip.countries()) {
+    std::uint8_t group = 0;
+    if (ratings.geo.group(1).contains(country)) {
+      group = 1;
+    } else if (ratings.geo.group(3).contains(country)) {
+      group = 3;
+    } else if (ratings.geo.group(2).contains(country) || country == IpTable::kOutOfRange) {
+      group = 2;
+    }
+    groups.push_back(group);
+  }
+  return groups;
+}
+
+}  // namespace
+
+HitProcessor::HitProcessor(TradeStore& store, const TrafficSettings& traffic,
+                           const RatingTables& ratings, std::int32_t cef_limit)
+    : store_(store),
+      traffic_(traffic),
+      ratings_(ratings),
+      cef_limit_(cef_limit),
+      positions_(index_names(store, traffic.se_list)),
+      country_group_(group_countries(ratings)),
+      agents_(ratings.agent) {}
+
+void HitProcessor::process_in_file(const std::string& path) {
+  read_fields<kInFields>(log_, path, [this](const auto& record) { credit_in(record); });
+}
+
+void HitProcessor::process_out_file(const std::string& path) {
+  read_fields<kOutFields>(log_, path, [this](const auto& record) { credit_out(record); });
+}
+
+// A record is credited field by field, as far as the file has it: what was reached of a record cut
+// short counts, only its score is lost.
+void HitProcessor::credit_in(const Record<kInFields>& record) {
+  const auto& fields = record.fields;
+  const auto has = [&record](std::size_t field) { return field < record.count; };
+  HitScore score(traffic_);
+  if (has(1)) rate_country(score, fields[1], rule::kInCountry);
+  if (!has(2)) return;
+  TrafficCounters& trade = run_of(find_by_name(fields[2]));
+  count(trade[slot::rin]);
+  if (has(4) && fields[4] == "0") {
+    count(trade[slot::uin]);
+    score.apply_rule(rule::kInUnique);
+  }
+  if (has(5)) rate_agent(score, fields[5], rule::kInAgent);
+  if (has(6)) {
+    const bool proxy = is_proxy(fields[6], fields[1]);
+    if (proxy) count(trade[slot::proxy_in]);
+    score.apply_rule(proxy ? rule::kInProxy : rule::kInNoProxy);
+  }
+  if (has(7)) rate_request(score, fields[7], rule::kInRequest);
+  if (has(8) && !fields[8].empty()) count(run_of(reserved::kMarked)[slot::rin]);
+  if (record.complete()) score.add_to(trade[slot::rti]);
+}
+
+void HitProcessor::credit_out(const Record<kOutFields>& record) {
+  const auto& fields = record.fields;
+  const auto has = [&record](std::size_t field) { return field < record.count; };
+  HitScore score(traffic_);
+  if (has(1)) rate_country(score, fields[1], rule::kOutCountry);
+  if (!has(2)) return;
+  TrafficCounters& source = run_of(find_by_name(fields[2]));
+  count(source[slot::clk]);
+  score.apply_rule(fields[2] != "nocookie" ? rule::kOutCookie : rule::kOutNoCookie);
+  if (!has(3)) return;
+  if (fields[3] == "1") {
+    count(source[slot::ctg]);
+    score.apply_rule(rule::kOutToGallery);
+  }
+  const std::int32_t found = store_.ids.find(to_int(fields[3]));
+  if (found != IdIndex::kNone) use_up_guarantee(static_cast<std::size_t>(found));
+  const std::size_t to =
+      found == IdIndex::kNone ? reserved::kUnknown : static_cast<std::size_t>(found);
+  TrafficCounters& target = run_of(to);
+  if (to > reserved::kLastEntry) {
+    count(source[slot::ctt]);
+    score.apply_rule(rule::kOutToTrade);
+  }
+  count(target[slot::out]);
+  if (has(4)) rate_agent(score, fields[4], rule::kOutAgent);
+  if (has(5)) {
+    const bool proxy = is_proxy(fields[5], fields[1]);
+    if (proxy) {
+      count(target[slot::proxy_out]);
+      count(source[slot::proxy_clk]);
+    }
+    score.apply_rule(proxy ? rule::kOutProxy : rule::kOutNoProxy);
+  }
+  if (has(6)) rate_tag(score, fields[6]);
+  if (has(7)) {
+    if (to_int(fields[7]) > cef_limit_) {
+      score.apply_rule(rule::kOutOverLimit);
+    } else {
+      count(source[slot::cef]);
+    }
+  }
+  if (has(8) && !fields[8].empty()) {
+    const std::int32_t id = to_int(fields[8]);
+    const std::int32_t recorded = store_.ids.find(id);
+    count(run_of(recorded == IdIndex::kNone ? reserved::kUnknown
+                                            : static_cast<std::size_t>(recorded))[slot::rec]);
+    if (id > 10) score.apply_rule(rule::kOutRecorded);
+  }
+  if (has(9) && fields[9] == "0") score.apply_rule(rule::kOutFlag);
+  if (has(10)) rate_request(score, fields[10], rule::kOutRequest);
+  if (has(11) && fields[2] == "noref" && !fields[11].empty()) {
+    score.apply_rule(rule::kOutNoReferrer);
+  }
+  if (!record.complete()) return;
+  score.add_to(target[slot::rto]);
+  score.add_to(source[slot::rtc]);
+}
+
+void HitProcessor::rate_country(HitScore& score, std::string_view address,
+                                std::size_t first_rule) const {
+  const std::uint8_t group = country_group_[ratings_.ip.country_number(ip_to_number(address))];
+  if (group != 0) score.apply_rule(first_rule + group - 1);
+}
+
+void HitProcessor::rate_agent(HitScore& score, std::string_view agent, std::size_t first_rule) {
+  if (!score.blocked()) score.apply_rule(first_rule + agents_.offset_of(agent));
+}
+
+void HitProcessor::rate_request(HitScore& score, std::string_view request,
+                                std::size_t first_rule) const {
+  if (ratings_.request.group(1).contains(request)) score.apply_rule(first_rule);
+  if (ratings_.request.group(3).contains(request)) score.apply_rule(first_rule + 1);
+}
+
+void HitProcessor::rate_tag(HitScore& score, std::string_view tag) const {
+  score.apply_rule(tag.empty() ? rule::kOutNoTag : rule::kOutTag);
+  if (tag.starts_with('*')) {
+    score.apply_rule(rule::kOutTagStar);
+    tag.remove_prefix(1);
+  }
+  if (ratings_.tags.group(1).contains(tag)) score.apply_rule(rule::kOutTagGroup1);
+  if (ratings_.tags.group(3).contains(tag)) score.apply_rule(rule::kOutTagGroup3);
+}
+
+std::size_t HitProcessor::find_by_name(std::string_view name) const {
+  const std::int32_t position = positions_.find(name);
+  return position == TextIndex::kNone ? reserved::kUnknown : static_cast<std::size_t>(position);
+}
+
+bool HitProcessor::is_proxy(std::string_view flag, std::string_view address) const {
+  return flag == "1" || traffic_.proxy_list.contains(address);
+}
+
+// A trade with a guarantee has one click less to get, in the record that is kept as well.
+void HitProcessor::use_up_guarantee(std::size_t position) {
+  if (store_.works[position].hits_left <= 0) return;
+  --store_.works[position].hits_left;
+  --store_.trades[position].hits_left;
+  store_.index_dirty = true;
+}
+
+}  // namespace vantrel
