@@ -50,7 +50,7 @@ AlertFields load_alerts() {
   AlertFields fields = split(file.text());
   if (!fields.empty()) fields.erase(fields.begin());
   for (std::string& field : fields) {
-    if (field.empty()) field = "0";
+    if (field.empty()) field.assign(1, '0');
   }
   return fields;
 }
@@ -135,7 +135,7 @@ void run_alerts(const std::vector<TradeWork>& works) {
   if (alerts.empty() || !can_be_mailed(fields)) return;
   const std::string mail = compose_mail(fields, alerts);
   if (!pipe_to_command(fields[kMailProgram] + " -t", mail)) report(event::mail_not_started);
-  for (const AlertKind* kind : alerts) fields[kind->flag()] = "1";
+  for (const AlertKind* kind : alerts) fields[kind->flag()].assign(1, '1');
   if (!store_alerts(fields)) report(event::alerts_unavailable);
 }
 
