@@ -30,7 +30,7 @@ std::uint64_t file_size(const File& file) {
   return regular ? static_cast<std::uint64_t>(status.st_size) : 0;
 }
 
-bool cut_to(const File& file, std::uint64_t size) {
+bool set_size(const File& file, std::uint64_t size) {
   return ::ftruncate(file.descriptor(), static_cast<off_t>(size)) == 0;
 }
 
@@ -145,7 +145,7 @@ bool append_to_file(const char* path, std::string_view text, Torn torn) {
   if (!file.is_open()) return false;
   const std::uint64_t before = torn == Torn::cut ? file_size(file) : 0;
   if (write_all(file.descriptor(), text)) return file.close();
-  if (torn == Torn::cut) static_cast<void>(cut_to(file, before));
+  if (torn == Torn::cut) static_cast<void>(set_size(file, before));
   return false;
 }
 
@@ -156,21 +156,22 @@ bool write_scratch_file(const char* path, std::string_view text) {
   return file.close();
 }
 
-bool overwrite_file(const char* path, std::string_view text) {
+bool overwrite_file(const char* path, std::string_view text, Growth growth) {
   File file = open_file(path, O_RDWR | O_CREAT);
   if (!file.is_open()) return false;
   std::string old(static_cast<std::size_t>(file_size(file)), '\0');
   const std::ptrdiff_t kept = read_at(file, old.data(), old.size(), 0);
   if (kept < 0) return false;
   old.resize(static_cast<std::size_t>(kept));
-  bool written = write_at(file, text.data(), text.size(), 0);
-  if (written && text.size() < old.size()) written = cut_to(file, text.size());
-  if (!written) {
-    static_cast<void>(write_at(file, old.data(), old.size(), 0));
-    static_cast<void>(cut_to(file, old.size()));
-    return false;
-  }
-  return file.close();
+  const bool extend =
+      growth == Growth::before_writing && text.size() > old.size() && is_regular(file);
+  const bool written = (!extend || set_size(file, text.size())) &&
+                       write_at(file, text.data(), text.size(), 0) &&
+                       (text.size() >= old.size() || set_size(file, text.size()));
+  if (written) return file.close();
+  static_cast<void>(write_at(file, old.data(), old.size(), 0));
+  static_cast<void>(set_size(file, old.size()));
+  return false;
 }
 
 bool replace_file(const char* path, std::string_view text) {

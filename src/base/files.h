@@ -81,10 +81,19 @@ enum class Torn {
 // Empties the file, then writes it: for scratch files only.
 [[nodiscard]] bool write_scratch_file(const char* path, std::string_view text);
 
-// For a file that others read at any moment: written in place as one buffer, and only then cut to
-// its new length, so that a reader never meets an empty or a short file. When the write fails the
-// old contents are put back. Creates the file if it is missing. Not flushed to disk.
-[[nodiscard]] bool overwrite_file(const char* path, std::string_view text);
+// How a file that is overwritten in place gets longer. The system makes a file longer block by
+// block while it writes, and a reader can come between two blocks.
+enum class Growth {
+  while_writing,   // one write: a run killed at any call leaves the old contents or the new ones
+  before_writing,  // the length first, zeros behind the old end: a reader never meets a torn length
+};
+
+// For a file that stays in place because others hold or read it at any moment: written over the old
+// contents as one buffer, and only then cut to its new length, so that a reader never meets an
+// empty or a short file. When the write fails the old contents are put back. Creates the file if it
+// is missing. Not flushed to disk.
+[[nodiscard]] bool overwrite_file(const char* path, std::string_view text,
+                                  Growth growth = Growth::while_writing);
 
 // For what cannot be rebuilt: the new text is written beside the file (name + ".new"), flushed to
 // disk and renamed over it, so that a kill or a power cut leaves the old file or the new one. The
