@@ -4,11 +4,38 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
+#include <cstring>
 #include <string_view>
 #include <vector>
 
 namespace vantrel {
+
+// Spreads numbers that differ little over all bits.
+[[nodiscard]] constexpr std::uint64_t spread(std::uint64_t value) {
+  value *= 0x9E3779B97F4A7C15u;
+  return value ^ (value >> 32);
+}
+
+[[nodiscard]] constexpr std::uint64_t hash_key(std::int32_t key) {
+  return spread(static_cast<std::uint32_t>(key));
+}
+[[nodiscard]] constexpr std::uint64_t hash_key(std::uint64_t key) { return spread(key); }
+
+// Eight bytes at a time; the last eight overlap those before where the length is no multiple.
+[[nodiscard]] inline std::uint64_t hash_key(std::string_view key) {
+  std::uint64_t hash = key.size();
+  std::uint64_t word = 0;
+  if (key.size() < sizeof word) {
+    if (!key.empty()) std::memcpy(&word, key.data(), key.size());
+    return spread(hash ^ word * 31);
+  }
+  for (std::size_t i = 0; i + sizeof word <= key.size(); i += sizeof word) {
+    std::memcpy(&word, key.data() + i, sizeof word);
+    hash = spread(hash ^ word);
+  }
+  std::memcpy(&word, key.data() + key.size() - sizeof word, sizeof word);
+  return spread(hash ^ word);
+}
 
 // Open addressing over a power of two, at most half full. Keys are held by value; a text key's
 // bytes must outlive the index.
@@ -59,9 +86,7 @@ class FirstIndex {
   // Where the key stands, or the free slot where it would.
   [[nodiscard]] std::size_t slot_of(const Key& key) const {
     const std::size_t mask = slots_.size() - 1;
-    // std::hash leaves numbers as they are: spread them, or runs of ids pile up.
-    std::uint64_t hash = std::hash<Key>{}(key)*0x9E3779B97F4A7C15u;
-    std::size_t i = static_cast<std::size_t>(hash >> 32) & mask;
+    std::size_t i = static_cast<std::size_t>(hash_key(key)) & mask;
     while (slots_[i].position != kNone && slots_[i].key != key) i = (i + 1) & mask;
     return i;
   }

@@ -1,5 +1,6 @@
 #include "base/numbers.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdlib>
 #include <limits>
@@ -13,17 +14,24 @@ struct LeadingNumber {
   std::uint64_t magnitude = 0;
 };
 
+std::uint64_t digit_of(char c) { return static_cast<std::uint64_t>(c - '0'); }
+
 LeadingNumber leading_number(std::string_view text) {
   LeadingNumber number;
   std::size_t i = 0;
   while (i < text.size() && is_space(text[i])) ++i;
   if (i < text.size() && (text[i] == '+' || text[i] == '-')) number.negative = text[i++] == '-';
+  // Nineteen digits fit whatever they are; only behind them must overflow be looked at.
+  constexpr std::size_t kSafeDigits = 19;
+  const std::size_t safe = std::min(text.size(), i + kSafeDigits);
+  for (; i < safe && is_digit(text[i]); ++i) {
+    number.magnitude = number.magnitude * 10 + digit_of(text[i]);
+  }
+  if (i < safe) return number;
   constexpr std::uint64_t kMax = std::numeric_limits<std::uint64_t>::max();
   for (; i < text.size() && is_digit(text[i]); ++i) {
-    const auto digit = static_cast<std::uint64_t>(text[i] - '0');
-    const bool fits =
-        number.magnitude < kMax / 10 || (number.magnitude == kMax / 10 && digit <= kMax % 10);
-    if (!fits) {
+    const std::uint64_t digit = digit_of(text[i]);
+    if (number.magnitude > (kMax - digit) / 10) {
       number.magnitude = kMax;
       break;
     }
@@ -41,7 +49,7 @@ void append_decimal(std::string& text, Integer value) {
 
 }  // namespace
 
-std::int32_t to_int(std::string_view text) {
+std::int32_t to_int_general(std::string_view text) {
   const LeadingNumber number = leading_number(text);
   constexpr std::uint64_t kMax = std::numeric_limits<std::int64_t>::max();
   std::uint64_t value = number.magnitude;

@@ -17,7 +17,18 @@ namespace vantrel {
 
 // White space, one optional sign, leading digits; 0 when there are none. The value saturates at
 // 64 bits and is then cut to its low 32, as the C library's atoi does on 64-bit machines.
-[[nodiscard]] std::int32_t to_int(std::string_view text);
+[[nodiscard]] std::int32_t to_int_general(std::string_view text);
+[[nodiscard]] inline std::int32_t to_int(std::string_view text) {
+  // Nearly every number of a site is a few plain digits.
+  constexpr std::size_t kFewDigits = 9;
+  if (text.size() > kFewDigits) return to_int_general(text);
+  std::int32_t value = 0;
+  for (const char c : text) {
+    if (!is_digit(c)) return to_int_general(text);
+    value = value * 10 + (c - '0');
+  }
+  return value;
+}
 
 // The same for an address number: strtoul cut to 32 bits, so "-1" is 4294967295.
 [[nodiscard]] std::uint32_t to_unsigned(std::string_view text);

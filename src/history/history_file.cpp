@@ -2,8 +2,7 @@
 
 #include <algorithm>
 
-#include "base/numbers.h"
-#include "base/text.h"
+#include "base/number_pieces.h"
 
 namespace vantrel {
 namespace {
@@ -13,26 +12,27 @@ constexpr std::uint64_t kFirstCounter = 2;  // pieces 0 and 1 are filler and dat
 constexpr std::uint64_t kRecordsPerWeek = 7;
 constexpr std::size_t kChunk = 128 * 1024;
 
-// In blocks whose count fits in a byte: the compiler then counts many bytes at a time.
+// In blocks whose count fits in a byte: the compiler then counts sixteen bytes at a time.
 std::uint64_t count_bars(std::string_view text) {
-  constexpr std::size_t kBlock = 255;
+  constexpr std::size_t kBlock = 240;
   std::uint64_t bars = 0;
-  while (!text.empty()) {
-    const std::string_view block = text.substr(0, kBlock);
+  const char* next = text.data();
+  const char* const end = next + text.size();
+  for (; static_cast<std::size_t>(end - next) >= kBlock; next += kBlock) {
     std::uint8_t in_block = 0;
-    for (const char c : block) in_block = static_cast<std::uint8_t>(in_block + (c == '|'));
+    for (std::size_t i = 0; i < kBlock; ++i) {
+      in_block = static_cast<std::uint8_t>(in_block + (next[i] == '|'));
+    }
     bars += in_block;
-    text.remove_prefix(block.size());
   }
-  return bars;
+  return bars + static_cast<std::uint64_t>(std::count(next, end, '|'));
 }
 
 // The end of the text from its n-th last bar on; all of it when it holds fewer bars.
 std::string_view from_last_bars(std::string_view text, std::uint64_t n) {
   std::size_t begin = text.size();
-  for (; n > 0 && begin > 0; --n) {
-    const std::size_t bar = text.rfind('|', begin - 1);
-    begin = bar == std::string_view::npos ? 0 : bar;
+  while (n > 0 && begin > 0) {
+    if (text[--begin] == '|') --n;
   }
   return text.substr(begin);
 }
@@ -42,10 +42,13 @@ TrafficCounters sum_records(std::string_view text) {
   TrafficCounters sum;
   Pieces pieces(text);
   std::string_view piece;
-  for (std::uint64_t k = 0; pieces.next(piece); k = (k + 1) % kPiecesPerRecord) {
-    if (k < kFirstCounter || k >= kFirstCounter + kCounterCount) continue;
-    std::int32_t& counter = sum.values[k - kFirstCounter];
-    counter = wrap_add(counter, to_int(piece));
+  for (std::uint64_t k = 0; !pieces.rest().empty(); k = (k + 1) % kPiecesPerRecord) {
+    if (k >= kFirstCounter && k < kFirstCounter + kCounterCount) {
+      std::int32_t& counter = sum.values[k - kFirstCounter];
+      counter = wrap_add(counter, next_int(pieces));
+    } else {
+      static_cast<void>(pieces.next(piece));
+    }
   }
   return sum;
 }

@@ -132,8 +132,7 @@ bool plan_outgoing(std::vector<TradeWork>& works, const OutSettings& settings,
     return false;
   }
   header.track = *track;
-  if (!overwrite_file(kOutListFile, encode_out_list(header, works, hour),
-                      Growth::before_writing)) {
+  if (!overwrite_file(kOutListFile, encode_out_list(header, works, hour), Growth::before_writing)) {
     report(event::out_list_unwritable);
   }
   return true;

@@ -15,12 +15,6 @@ namespace vantrel {
 namespace {
 
 constexpr const char* kAlertsFile = "d/alerts";
-constexpr std::size_t kFieldCount = 14;
-constexpr std::size_t kMailProgram = 0;
-constexpr std::size_t kSender = 1;
-constexpr std::size_t kRecipient = 2;
-
-using AlertFields = std::vector<std::string>;
 
 // One kind of alert: where its threshold stands (its flag stands behind it) and what the mail says.
 struct AlertKind {
@@ -47,12 +41,7 @@ AlertFields load_alerts() {
     report(event::alerts_unavailable);
     return {};
   }
-  AlertFields fields = split(file.text());
-  if (!fields.empty()) fields.erase(fields.begin());
-  for (std::string& field : fields) {
-    if (field.empty()) field.assign(1, '0');
-  }
-  return fields;
+  return parse_alerts(file.text());
 }
 
 // Totals and thresholds of the site are compared as unsigned numbers, those of a trade as signed.
@@ -92,16 +81,9 @@ std::vector<const AlertKind*> fired_alerts(const AlertFields& fields,
   return fired;
 }
 
-bool can_be_mailed(const AlertFields& fields) {
-  const auto is_address = [](const std::string& text) {
-    return text.size() > 5 && text.find('@') != std::string::npos;
-  };
-  return fields[kMailProgram].size() > 10 && is_address(fields[kSender]) &&
-         is_address(fields[kRecipient]);
-}
-
 std::string compose_mail(const AlertFields& fields, const std::vector<const AlertKind*>& alerts) {
-  std::string mail = "To: " + fields[kRecipient] + "\nFrom: " + fields[kSender] +
+  std::string mail = "To: " + fields[alert_field::kRecipient] +
+                     "\nFrom: " + fields[alert_field::kSender] +
                      "\nSubject: Automatic Alert from Vantrel\n\n"
                      "Dear webmaster,\n\n"
                      "This is an email from the Vantrel Alert System to inform you about the "
@@ -125,16 +107,34 @@ bool store_alerts(const AlertFields& fields) {
 
 }  // namespace
 
+AlertFields parse_alerts(std::string_view text) {
+  AlertFields fields = split(text);
+  if (!fields.empty()) fields.erase(fields.begin());
+  for (std::string& field : fields) {
+    if (field.empty()) field.assign(1, '0');
+  }
+  return fields;
+}
+
+bool can_be_mailed(const AlertFields& fields) {
+  const auto is_address = [](const std::string& text) {
+    return text.size() > 5 && text.find('@') != std::string::npos;
+  };
+  return fields[alert_field::kMailProgram].size() > 10 &&
+         is_address(fields[alert_field::kSender]) && is_address(fields[alert_field::kRecipient]);
+}
+
 void run_alerts(const std::vector<TradeWork>& works) {
   AlertFields fields = load_alerts();
-  if (fields.size() != kFieldCount) {
+  if (fields.size() != kAlertFieldCount) {
     report(event::alerts_corrupt);
     return;
   }
   const auto alerts = fired_alerts(fields, works);
   if (alerts.empty() || !can_be_mailed(fields)) return;
   const std::string mail = compose_mail(fields, alerts);
-  if (!pipe_to_command(fields[kMailProgram] + " -t", mail)) report(event::mail_not_started);
+  if (!pipe_to_command(fields[alert_field::kMailProgram] + " -t", mail))
+    report(event::mail_not_started);
   for (const AlertKind* kind : alerts) fields[kind->flag()].assign(1, '1');
   if (!store_alerts(fields)) report(event::alerts_unavailable);
 }

@@ -8,11 +8,30 @@
 // Written by the administration side, which also sets flags back; the run sets them.
 #pragma once
 
+#include <cstddef>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "store/trade_record.h"
 
 namespace vantrel {
+
+inline constexpr std::size_t kAlertFieldCount = 14;
+using AlertFields = std::vector<std::string>;
+
+// Positions of what a mail needs.
+namespace alert_field {
+inline constexpr std::size_t kMailProgram = 0;
+inline constexpr std::size_t kSender = 1;
+inline constexpr std::size_t kRecipient = 2;
+}  // namespace alert_field
+
+// The fields of the file's text; an empty one is read as "0".
+[[nodiscard]] AlertFields parse_alerts(std::string_view text);
+
+// Whether the 14 fields name a mail program and two addresses.
+[[nodiscard]] bool can_be_mailed(const AlertFields& fields);
 
 // Compares the windows of all entries with the thresholds, mails what has not been mailed and
 // stores the flags. Failures are events.

@@ -10,12 +10,25 @@
 
 #include "base/files.h"
 #include "base/first_index.h"
+#include "base/numbers.h"
+#include "base/text.h"
 
 namespace vantrel {
 
 // The text between the dots of w.x.y.z, each part as a lenient number: w·2^24 + x·2^16 + y·2^8 + z,
 // wrapping. A missing part is 0; the fourth reaches to the end of the text.
 [[nodiscard]] std::uint32_t ip_to_number(std::string_view text);
+
+// Calls visit(first, last, country) for each range of the table's text, in its order. A last range
+// cut short by the end has 0 and an empty text for what is missing.
+template <typename Visit>
+void for_each_ip_range(std::string_view text, Visit visit) {
+  Pieces pieces(text);
+  for (std::string_view ignored, first; pieces.next(ignored) && pieces.next(first);) {
+    const std::string_view last = pieces.next_or_empty();
+    visit(to_unsigned(first), to_unsigned(last), pieces.next_or_empty());
+  }
+}
 
 class IpTable {
  public:
@@ -38,14 +51,18 @@ class IpTable {
   [[nodiscard]] bool well_formed() const { return well_formed_; }
 
  private:
+  struct RangeEnd {
+    std::uint32_t last;
+    std::uint32_t country;  // index into countries_
+  };
+
   void parse();
   [[nodiscard]] std::size_t find_ordered(std::uint32_t address) const;
   [[nodiscard]] std::size_t find_by_bisection(std::uint32_t address) const;
 
-  FileBuffer file_;  // the countries are views into it
-  std::vector<std::uint32_t> first_;
-  std::vector<std::uint32_t> last_;
-  std::vector<std::uint32_t> country_;  // index into countries_
+  FileBuffer file_;                   // the countries are views into it
+  std::vector<std::uint32_t> first_;  // apart, because this is what is searched
+  std::vector<RangeEnd> ends_;
   std::vector<std::string_view> countries_;
   bool well_formed_ = true;
 };

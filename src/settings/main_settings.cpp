@@ -8,7 +8,6 @@
 namespace vantrel {
 namespace {
 
-constexpr const char* kSettingsFile = "d/set";
 constexpr std::size_t kLineCount = 6;
 constexpr std::size_t kCefLimitLine = 3;
 constexpr std::size_t kSyncStateLine = 4;
@@ -26,21 +25,24 @@ std::string_view settings_field(std::string_view line, std::size_t n) {
   return line.substr(begin, line.find('|', begin) - begin);
 }
 
+bool parse_main_settings(MainSettings& settings, std::string_view text) {
+  settings.lines = split(text, '\n');
+  if (settings.lines.size() != kLineCount) return false;
+  settings.cef_limit = to_int(settings_field(settings.lines[kCefLimitLine], 1));
+  settings.sync_state = settings_field(settings.lines[kSyncStateLine], 1);
+  settings.uin24_limit = to_int(settings_field(settings.lines[kUinLimitLine], 1));
+  return true;
+}
+
 bool load_main_settings(MainSettings& settings) {
   FileBuffer file;
   if (!file.read(kSettingsFile)) {
     report(event::settings_missing);
     return false;
   }
-  settings.lines = split(file.text(), '\n');
-  if (settings.lines.size() != kLineCount) {
-    report(event::settings_corrupt);
-    return false;
-  }
-  settings.cef_limit = to_int(settings_field(settings.lines[kCefLimitLine], 1));
-  settings.sync_state = settings_field(settings.lines[kSyncStateLine], 1);
-  settings.uin24_limit = to_int(settings_field(settings.lines[kUinLimitLine], 1));
-  return true;
+  if (parse_main_settings(settings, file.text())) return true;
+  report(event::settings_corrupt);
+  return false;
 }
 
 void write_sync_state(const MainSettings& settings) {

@@ -9,6 +9,8 @@
 
 namespace vantrel {
 
+inline constexpr const char* kSettingsFile = "d/set";
+
 struct MainSettings {
   std::vector<std::string> lines;  // the six lines as read, without their line feeds
   std::int32_t cef_limit = 0;      // line 4: highest number of a click that still counts in cef
@@ -19,6 +21,9 @@ struct MainSettings {
 // The text between the n-th bar of a line (from 1) and the next bar or the end. A line without any
 // bar is its own field 1; a field that is not there is empty.
 [[nodiscard]] std::string_view settings_field(std::string_view line, std::size_t n);
+
+// Takes the settings from the file's text. False when it does not have exactly six lines.
+[[nodiscard]] bool parse_main_settings(MainSettings& settings, std::string_view text);
 
 // False, with an event, when the file cannot be read or does not have exactly six lines.
 [[nodiscard]] bool load_main_settings(MainSettings& settings);

@@ -1,16 +1,8 @@
 #include "settings/ratings.h"
 
-#include <algorithm>
-
 #include "base/text.h"
 
 namespace vantrel {
-
-bool RatingGroup::occurs_in(std::string_view text) const {
-  return std::any_of(texts.begin(), texts.end(), [text](std::string_view fragment) {
-    return text.find(fragment) != std::string_view::npos;
-  });
-}
 
 bool load_rating(RatingLists& lists, const char* path) {
   if (!lists.file.read(path)) return false;

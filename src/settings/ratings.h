@@ -17,8 +17,6 @@ struct RatingGroup {
   TextIndex index;                      // for exact matches
 
   [[nodiscard]] bool contains(std::string_view text) const { return index.contains(text); }
-  // True when one of the texts occurs anywhere in the given one.
-  [[nodiscard]] bool occurs_in(std::string_view text) const;
 };
 
 // One rating file, read whole: the views of the groups point into it.

@@ -46,23 +46,24 @@ void load_proxy_list(TrafficSettings& settings) {
   }
 }
 
-// Groups of five pieces: ignored, rule_a, op_code, value, rule_d. A group cut short by the end of
-// the file is a rule whose missing numbers are 0.
-void parse_rules(std::string_view text,
-                 std::array<TrafficRule, TrafficSettings::kRuleCount>& rules) {
+}  // namespace
+
+std::size_t parse_traffic_rules(std::string_view text,
+                                std::array<TrafficRule, TrafficSettings::kRuleCount>& rules) {
   rules.fill({0, TrafficRule::kNone, 0.0f, 0});
   Pieces pieces(text);
+  std::size_t count = 0;
   for (TrafficRule& rule : rules) {
     std::string_view piece;
-    if (!pieces.next(piece) || !pieces.next(piece)) return;
+    if (!pieces.next(piece) || !pieces.next(piece)) break;
+    ++count;
     rule.rule_a = to_int(piece);
     rule.op_code = to_int(pieces.next_or_empty());
     rule.value = static_cast<float>(to_double(pieces.next_or_empty()));
     rule.rule_d = to_int(pieces.next_or_empty());
   }
+  return count;
 }
-
-}  // namespace
 
 bool load_traffic_settings(TrafficSettings& settings) {
   settings.se_list = load_se_list();
@@ -72,7 +73,7 @@ bool load_traffic_settings(TrafficSettings& settings) {
     error_page_file("d/traffic.set", "", false);
     return false;
   }
-  parse_rules(file.text(), settings.rules);
+  parse_traffic_rules(file.text(), settings.rules);
   return true;
 }
 

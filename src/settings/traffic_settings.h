@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/files.h"
@@ -36,6 +37,12 @@ struct TrafficSettings {
 
   std::array<TrafficRule, kRuleCount> rules{};
 };
+
+// Takes the rules from the text of d/traffic.set and returns how many of the 36 it has. Groups of
+// five pieces: ignored, rule_a, op_code, value, rule_d. A group cut short by the end of the file is
+// a rule whose missing numbers are 0.
+std::size_t parse_traffic_rules(std::string_view text,
+                                std::array<TrafficRule, TrafficSettings::kRuleCount>& rules);
 
 // A missing d/se is an empty list, a missing d/proxy one with an event. False when d/traffic.set
 // cannot be read: the error page is printed instead of an event.

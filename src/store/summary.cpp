@@ -3,21 +3,11 @@
 #include <string>
 
 #include "base/files.h"
-#include "base/numbers.h"
-#include "base/text.h"
+#include "base/number_pieces.h"
 #include "run/event_log.h"
 
 namespace vantrel {
 namespace {
-
-constexpr std::size_t kIdPiece = 1;  // piece 0 is empty, or the line feed of the line before
-constexpr std::size_t kFirstValue = 2;
-constexpr std::size_t kPiecesPerLine = kFirstValue + 3 * kCounterCount;
-
-TrafficCounters& window_of(TradeWork& work, std::size_t value) {
-  if (value < kCounterCount) return work.last60;
-  return value < 2 * kCounterCount ? work.last24 : work.last07;
-}
 
 void append_window(std::string& text, const TrafficCounters& window) {
   for (const std::int32_t value : window.values) {
@@ -28,31 +18,33 @@ void append_window(std::string& text, const TrafficCounters& window) {
 
 }  // namespace
 
+void add_summary(TradeStore& store, std::string_view text) {
+  Pieces pieces(text);
+  std::string_view piece;
+  // Pieces are counted, not lines: a piece too few or too many shifts everything behind it.
+  while (pieces.next(piece)) {  // piece 0
+    const std::int32_t found = store.ids.find(next_int(pieces));
+    TradeWork& work =
+        store.works[found == IdIndex::kNone ? reserved::kUnknown : static_cast<std::size_t>(found)];
+    for (TrafficCounters* window : {&work.last60, &work.last24, &work.last07}) {
+      for (std::int32_t& value : window->values) value = wrap_add(value, next_int(pieces));
+    }
+  }
+}
+
 bool load_summary(TradeStore& store) {
   FileBuffer file;
   if (!file.read(kSummaryFile)) {
     report(event::summary_unavailable);
     return false;
   }
-  Pieces pieces(file.text());
-  std::string_view piece;
-  // Pieces are counted, not lines: a piece too few or too many shifts everything behind it.
-  for (std::size_t k = 0, position = 0; pieces.next(piece); k = (k + 1) % kPiecesPerLine) {
-    if (k == kIdPiece) {
-      const std::int32_t found = store.ids.find(to_int(piece));
-      position = found == IdIndex::kNone ? reserved::kUnknown : static_cast<std::size_t>(found);
-    } else if (k >= kFirstValue) {
-      const std::size_t value = k - kFirstValue;
-      std::int32_t& counter = window_of(store.works[position], value).values[value % kCounterCount];
-      counter = wrap_add(counter, to_int(piece));
-    }
-  }
+  add_summary(store, file.text());
   return true;
 }
 
 bool write_summary(const TradeStore& store) {
   std::string text;
-  text.reserve(store.works.size() * kPiecesPerLine * 4);
+  text.reserve(store.works.size() * kSummaryPieces * 4);
   for (const TradeWork& work : store.works) {
     text += '|';
     append_number(text, work.id);

@@ -6,15 +6,23 @@
 // pieces and rewrites it whole; nothing else writes it. It cannot be rebuilt when it is lost.
 #pragma once
 
+#include <cstddef>
+#include <string_view>
+
 #include "store/trade_index.h"
 
 namespace vantrel {
 
 inline constexpr const char* kSummaryFile = "d/t/sum";
+// Piece 0 of a line is empty, or the line feed of the line before; piece 1 is the id.
+inline constexpr std::size_t kSummaryPieces = 2 + 3 * kCounterCount;
 
-// Adds the file's values to the windows of the work array: lines with the same id add up, a line
-// whose id no trade has goes to the reserved entry for the unknown. False, with an event, when the
-// file cannot be read.
+// Adds the values of the file's text to the windows of the work array: lines with the same id add
+// up, a line whose id no trade has goes to the reserved entry for the unknown. The work array has
+// at least ten entries.
+void add_summary(TradeStore& store, std::string_view text);
+
+// Reads the file and adds its values. False, with an event, when it cannot be read.
 [[nodiscard]] bool load_summary(TradeStore& store);
 
 // False, with an event, when the file cannot be written; the old one is then whole.

@@ -2,18 +2,17 @@
 
 #include <cstring>
 #include <new>
-#include <string_view>
 
 #include "base/files.h"
 #include "run/event_log.h"
 
 namespace vantrel {
-namespace {
 
-constexpr const char* kIndexFile = "d/t/index";
-constexpr std::size_t kFewestTrades = 10;
-
-}  // namespace
+std::vector<TradeRecord> read_trades(std::string_view bytes) {
+  std::vector<TradeRecord> trades((bytes.size() + sizeof(TradeRecord) - 1) / sizeof(TradeRecord));
+  if (!bytes.empty()) std::memcpy(trades.data(), bytes.data(), bytes.size());
+  return trades;
+}
 
 bool load_trade_index(TradeStore& store) {
   FileBuffer file;
@@ -21,10 +20,7 @@ bool load_trade_index(TradeStore& store) {
     report(event::index_unavailable);
     return false;
   }
-  const std::string_view bytes = file.text();
-  store.trades.assign((bytes.size() + sizeof(TradeRecord) - 1) / sizeof(TradeRecord),
-                      TradeRecord{});
-  if (!bytes.empty()) std::memcpy(store.trades.data(), bytes.data(), bytes.size());
+  store.trades = read_trades(file.text());
   if (store.trades.size() >= kFewestTrades) return true;
   report(event::index_too_small);
   return false;
@@ -38,6 +34,15 @@ void hourly_step(TradeStore& store) {
   }
 }
 
+void fill_work_array(TradeStore& store) {
+  store.works.resize(store.trades.size());
+  store.ids = IdIndex(store.trades.size());
+  for (std::size_t i = 0; i < store.trades.size(); ++i) {
+    make_work(store.works[i], store.trades[i]);
+    store.ids.add(store.works[i].id, static_cast<std::int32_t>(i));
+  }
+}
+
 bool build_work_array(TradeStore& store) {
   try {
     store.works.resize(store.trades.size());
@@ -45,11 +50,7 @@ bool build_work_array(TradeStore& store) {
     report(event::index_not_populated);
     return false;
   }
-  store.ids = IdIndex(store.trades.size());
-  for (std::size_t i = 0; i < store.trades.size(); ++i) {
-    make_work(store.works[i], store.trades[i]);
-    store.ids.add(store.works[i].id, static_cast<std::int32_t>(i));
-  }
+  fill_work_array(store);
   return true;
 }
 

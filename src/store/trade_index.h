@@ -2,12 +2,16 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 #include <vector>
 
 #include "base/first_index.h"
 #include "store/trade_record.h"
 
 namespace vantrel {
+
+inline constexpr const char* kIndexFile = "d/t/index";
+inline constexpr std::size_t kFewestTrades = 10;
 
 // A trade is referred to by its position, the same in both arrays until planning ranks the work
 // array. The first eleven positions are reserved entries.
@@ -18,15 +22,19 @@ struct TradeStore {
   bool index_dirty = false;         // a countdown of a trade record moved
 };
 
-// Reads d/t/index, 996 bytes a record; a shorter last record keeps default values where the file
-// ends. False, with an event, when it cannot be read or holds fewer than ten records.
+// The records of the index's bytes, 996 each; a shorter last record keeps default values where the
+// bytes end.
+[[nodiscard]] std::vector<TradeRecord> read_trades(std::string_view bytes);
+
+// Reads d/t/index. False, with an event, when it cannot be read or holds fewer than ten records.
 [[nodiscard]] bool load_trade_index(TradeStore& store);
 
 // At minute 0: one hour less for every trade whose quota is counted in hours.
 void hourly_step(TradeStore& store);
 
-// Fills the work array and the id index from the trade array. False, with an event, when not every
-// trade got its entry.
+// Fills the work array and the id index from the trade array. Throws when memory runs out.
+void fill_work_array(TradeStore& store);
+// The same; false, with an event, when not every trade got its entry.
 [[nodiscard]] bool build_work_array(TradeStore& store);
 
 // Overwrites the index in place when it is dirty. False, with an event, when that fails.

@@ -2,6 +2,7 @@
 // has hundreds of fragments, so every distinct agent is searched once and remembered.
 #pragma once
 
+#include <bitset>
 #include <cstdint>
 #include <deque>
 #include <string>
@@ -11,6 +12,21 @@
 #include "settings/ratings.h"
 
 namespace vantrel {
+
+// The pairs of neighbouring bytes of a text, hashed: a fragment that has a pair the text lacks
+// cannot occur in it.
+class BytePairs {
+ public:
+  explicit BytePairs(std::string_view text);
+
+  // True for fragments of fewer than two bytes.
+  [[nodiscard]] bool may_contain(std::string_view fragment) const;
+
+ private:
+  static constexpr std::size_t kBits = 4096;
+
+  std::bitset<kBits> pairs_;
+};
 
 class AgentRating {
  public:
@@ -23,8 +39,6 @@ class AgentRating {
  private:
   // What is remembered is bounded, so that the memory of a run does not grow with its hits.
   static constexpr std::size_t kMostBytes = 1 << 20;
-
-  [[nodiscard]] std::size_t search(std::string_view agent) const;
 
   const RatingLists& lists_;
   std::deque<std::string> agents_;  // owns the keys of known_
