@@ -23,13 +23,6 @@ File open_file(const char* path, int flags) {
   return File(descriptor);
 }
 
-// The length of a regular file, 0 for anything else.
-std::uint64_t file_size(const File& file) {
-  struct stat status {};
-  const bool regular = ::fstat(file.descriptor(), &status) == 0 && S_ISREG(status.st_mode);
-  return regular ? static_cast<std::uint64_t>(status.st_size) : 0;
-}
-
 bool set_size(const File& file, std::uint64_t size) {
   return ::ftruncate(file.descriptor(), static_cast<off_t>(size)) == 0;
 }
@@ -47,15 +40,37 @@ bool write_fully(const char* bytes, std::size_t size, Write write) {
   return true;
 }
 
-// The permission and ownership a replaced file had go to the file that takes its place.
-void take_over_owner_and_mode(const File& from, const File& to) {
+// Who may read and write a replaced file may read and write the one that takes its place. An
+// unprivileged run cannot give files away, but it can hand them to a group it belongs to.
+bool take_over_owner_and_mode(const File& from, const File& to) {
   struct stat status {};
-  if (::fstat(from.descriptor(), &status) != 0) return;
-  if (::fchown(to.descriptor(), status.st_uid, status.st_gid) != 0) {
-    // An unprivileged run cannot give files away: the new file then belongs to who runs it.
-  }
-  static_cast<void>(::fchmod(to.descriptor(), status.st_mode & 07777));
+  if (::fstat(from.descriptor(), &status) != 0) return false;
+  const bool given = ::fchown(to.descriptor(), status.st_uid, status.st_gid) == 0 ||
+                     ::fchown(to.descriptor(), static_cast<uid_t>(-1), status.st_gid) == 0;
+  // A group that may not be handed on must not lend its rights to the run's own group.
+  const mode_t mask = given ? 07777 : 07707;
+  return ::fchmod(to.descriptor(), status.st_mode & mask) == 0;
 }
+
+// Opens the file beside the one to replace, empty and for this run alone. Another run that is at
+// the same point, held up by a slow disk, is waited for; a killed one has let go of its lock.
+File open_beside(const char* path) {
+  for (;;) {
+    File file = open_file(path, O_WRONLY | O_CREAT | O_NOFOLLOW);
+    if (!file.is_open()) return file;
+    struct flock whole {};
+    whole.l_type = F_WRLCK;
+    whole.l_whence = SEEK_SET;
+    while (::fcntl(file.descriptor(), F_SETLKW, &whole) != 0 && errno == EINTR) continue;
+    struct stat opened {};
+    struct stat named {};
+    const bool same = ::fstat(file.descriptor(), &opened) == 0 && ::lstat(path, &named) == 0 &&
+                      opened.st_ino == named.st_ino && opened.st_dev == named.st_dev;
+    if (same) return file;  // else it was renamed away while this run waited
+  }
+}
+
+bool no_new_file_allowed(int error) { return error == EACCES || error == EPERM || error == EROFS; }
 
 // The path behind symbolic links, so that the file is replaced and not the link to it.
 std::string resolved(const char* path) {
@@ -65,12 +80,24 @@ std::string resolved(const char* path) {
   return target;
 }
 
-bool is_regular(const File& file) {
+}  // namespace
+
+File::File(int descriptor) : descriptor_(descriptor) {
+  if (descriptor < 0) return;
   struct stat status {};
-  return ::fstat(file.descriptor(), &status) == 0 && S_ISREG(status.st_mode);
+  if (::fstat(descriptor, &status) != 0) {
+    // Nothing is known of the file: to take it for an empty one could cost its contents.
+    close();
+  } else if (S_ISREG(status.st_mode)) {
+    regular_ = true;
+    size_ = static_cast<std::uint64_t>(status.st_size);
+  }
 }
 
-}  // namespace
+File::File(File&& other) noexcept
+    : descriptor_(std::exchange(other.descriptor_, -1)),
+      regular_(other.regular_),
+      size_(other.size_) {}
 
 bool File::close() {
   const int descriptor = std::exchange(descriptor_, -1);
@@ -81,12 +108,13 @@ File open_to_read(const char* path) { return open_file(path, O_RDONLY); }
 File open_to_update(const char* path) { return open_file(path, O_RDWR); }
 
 std::ptrdiff_t read_at(const File& file, void* bytes, std::size_t size, std::uint64_t offset) {
+  if (!file.is_regular()) return 0;
   std::size_t done = 0;
   while (done < size) {
     const ssize_t count = ::pread(file.descriptor(), static_cast<char*>(bytes) + done, size - done,
                                   static_cast<off_t>(offset + done));
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0) return is_regular(file) ? -1 : 0;
+    if (count < 0) return -1;
     if (count == 0) break;
     done += static_cast<std::size_t>(count);
   }
@@ -127,9 +155,8 @@ bool FileBuffer::read(const char* path) {
 }
 
 bool FileBuffer::fill(const File& file) {
-  if (!is_regular(file)) return true;
   // One byte more than the file is long: the read that comes back short has seen its end.
-  const std::uint64_t expected = file_size(file) + 1;
+  const std::uint64_t expected = file.size() + 1;
   if (expected > capacity_) make_room(static_cast<std::size_t>(expected));
   for (;;) {
     const std::ptrdiff_t count = read_at(file, bytes_.get() + size_, capacity_ - size_, size_);
@@ -143,7 +170,7 @@ bool FileBuffer::fill(const File& file) {
 bool append_to_file(const char* path, std::string_view text, Torn torn) {
   File file = open_file(path, O_WRONLY | O_CREAT | O_APPEND);
   if (!file.is_open()) return false;
-  const std::uint64_t before = torn == Torn::cut ? file_size(file) : 0;
+  const std::uint64_t before = torn == Torn::cut ? file.size() : 0;
   if (write_all(file.descriptor(), text)) return file.close();
   if (torn == Torn::cut) static_cast<void>(set_size(file, before));
   return false;
@@ -152,19 +179,20 @@ bool append_to_file(const char* path, std::string_view text, Torn torn) {
 bool write_scratch_file(const char* path, std::string_view text) {
   File file = open_file(path, O_WRONLY | O_CREAT | O_TRUNC);
   if (!file.is_open()) return false;
-  static_cast<void>(write_all(file.descriptor(), text));
-  return file.close();
+  write_all(file.descriptor(), text);
+  file.close();
+  return true;
 }
 
 bool overwrite_file(const char* path, std::string_view text, Growth growth) {
   File file = open_file(path, O_RDWR | O_CREAT);
   if (!file.is_open()) return false;
-  std::string old(static_cast<std::size_t>(file_size(file)), '\0');
+  std::string old(static_cast<std::size_t>(file.size()), '\0');
   const std::ptrdiff_t kept = read_at(file, old.data(), old.size(), 0);
   if (kept < 0) return false;
   old.resize(static_cast<std::size_t>(kept));
   const bool extend =
-      growth == Growth::before_writing && text.size() > old.size() && is_regular(file);
+      growth == Growth::before_writing && text.size() > old.size() && file.is_regular();
   const bool written = (!extend || set_size(file, text.size())) &&
                        write_at(file, text.data(), text.size(), 0) &&
                        (text.size() >= old.size() || set_size(file, text.size()));
@@ -177,21 +205,24 @@ bool overwrite_file(const char* path, std::string_view text, Growth growth) {
 bool replace_file(const char* path, std::string_view text) {
   const File old = open_file(path, O_WRONLY);
   if (!old.is_open() && errno != ENOENT) return false;
-  if (old.is_open() && !is_regular(old)) return overwrite_file(path, text);
+  if (old.is_open() && !old.is_regular()) return overwrite_file(path, text);
 
   const std::string target = resolved(path);
   const std::string beside = target + ".new";
-  static_cast<void>(::unlink(beside.c_str()));
-  File file = open_file(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL);
+  File file = open_beside(beside.c_str());
   if (!file.is_open()) {
-    const bool folder_is_closed = errno == EACCES || errno == EPERM || errno == EROFS;
-    return folder_is_closed && overwrite_file(path, text);
+    const bool in_place = no_new_file_allowed(errno) || errno == ELOOP || errno == EISDIR;
+    return in_place && overwrite_file(path, text);
   }
-  if (old.is_open()) take_over_owner_and_mode(old, file);
-  const bool on_disk = write_all(file.descriptor(), text) && ::fsync(file.descriptor()) == 0;
-  if (file.close() && on_disk && ::rename(beside.c_str(), target.c_str()) == 0) return true;
-  static_cast<void>(::unlink(beside.c_str()));
-  return false;
+  if (!file.is_regular()) return overwrite_file(path, text);
+  const bool on_disk =
+      set_size(file, 0) && (!old.is_open() || take_over_owner_and_mode(old, file)) &&
+      write_at(file, text.data(), text.size(), 0) && ::fsync(file.descriptor()) == 0;
+  // Renamed before it is closed: closing lets go of the lock.
+  if (on_disk && ::rename(beside.c_str(), target.c_str()) == 0) return true;
+  const bool in_place = on_disk && no_new_file_allowed(errno);
+  ::unlink(beside.c_str());
+  return in_place && overwrite_file(path, text);
 }
 
 }  // namespace vantrel

@@ -19,18 +19,25 @@ namespace vantrel {
 class File {
  public:
   File() = default;
-  explicit File(int descriptor) : descriptor_(descriptor) {}
-  File(File&& other) noexcept : descriptor_(other.descriptor_) { other.descriptor_ = -1; }
+  // Takes a descriptor of open(), negative for none.
+  explicit File(int descriptor);
+  File(File&& other) noexcept;
   File& operator=(File&&) = delete;
   ~File() { static_cast<void>(close()); }
 
   [[nodiscard]] bool is_open() const { return descriptor_ >= 0; }
   [[nodiscard]] int descriptor() const { return descriptor_; }
+  // A regular file; others have no contents and no length.
+  [[nodiscard]] bool is_regular() const { return regular_; }
+  // Its length when it was opened, in bytes.
+  [[nodiscard]] std::uint64_t size() const { return size_; }
   // For written files: false when the system reports a late write error.
   bool close();
 
  private:
   int descriptor_ = -1;
+  bool regular_ = false;
+  std::uint64_t size_ = 0;
 };
 
 // Opens for reading without waiting for anything.
@@ -78,7 +85,8 @@ enum class Torn {
 // Creates the file if it is missing. Not flushed to disk.
 [[nodiscard]] bool append_to_file(const char* path, std::string_view text, Torn torn);
 
-// Empties the file, then writes it: for scratch files only.
+// Empties the file, then writes it: for scratch files only. False when it cannot be opened; whether
+// the text arrived is for the caller to read back.
 [[nodiscard]] bool write_scratch_file(const char* path, std::string_view text);
 
 // How a file that is overwritten in place gets longer. The system makes a file longer block by
@@ -97,9 +105,10 @@ enum class Growth {
 
 // For what cannot be rebuilt: the new text is written beside the file (name + ".new"), flushed to
 // disk and renamed over it, so that a kill or a power cut leaves the old file or the new one. The
-// mode is kept, and the owner where the system allows. A leftover of a killed run is replaced. A
-// file that is no regular file, or whose folder takes no new file, is overwritten in place instead.
-// On failure, and when the existing file is not writable, the old file is whole.
+// mode is kept, and the owner where the system allows. A leftover of a killed run is used again,
+// and two runs that overlap take turns. A file that is no regular file, or whose folder takes no
+// new file, is overwritten in place instead. On failure, and when the existing file is not
+// writable, the old file is whole.
 [[nodiscard]] bool replace_file(const char* path, std::string_view text);
 
 // All of text to an open descriptor, with no offset of its own (a pipe, the standard output).

@@ -11,6 +11,7 @@ namespace {
 // The sign and the digits of a leading number; digits saturate at 64 bits.
 struct LeadingNumber {
   bool negative = false;
+  bool ran_over = false;
   std::uint64_t magnitude = 0;
 };
 
@@ -33,6 +34,7 @@ LeadingNumber leading_number(std::string_view text) {
     const std::uint64_t digit = digit_of(text[i]);
     if (number.magnitude > (kMax - digit) / 10) {
       number.magnitude = kMax;
+      number.ran_over = true;
       break;
     }
     number.magnitude = number.magnitude * 10 + digit;
@@ -64,9 +66,8 @@ std::int32_t to_int_general(std::string_view text) {
 std::uint32_t to_unsigned(std::string_view text) {
   const LeadingNumber number = leading_number(text);
   // strtoul does not negate a value that ran over.
-  const bool ran_over = number.magnitude == std::numeric_limits<std::uint64_t>::max();
-  return static_cast<std::uint32_t>(number.negative && !ran_over ? 0 - number.magnitude
-                                                                 : number.magnitude);
+  const bool negate = number.negative && !number.ran_over;
+  return static_cast<std::uint32_t>(negate ? 0 - number.magnitude : number.magnitude);
 }
 
 double to_double(std::string_view text) { return std::strtod(std::string(text).c_str(), nullptr); }

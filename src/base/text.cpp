@@ -2,10 +2,12 @@
 
 namespace vantrel {
 
-std::vector<std::string> split(std::string_view text, char separator) {
+std::vector<std::string> split(std::string_view text, char separator, std::size_t at_most) {
   std::vector<std::string> pieces;
   Pieces walk(text, separator);
-  for (std::string_view piece; walk.next(piece);) pieces.emplace_back(piece);
+  for (std::string_view piece; pieces.size() < at_most && walk.next(piece);) {
+    pieces.emplace_back(piece);
+  }
   return pieces;
 }
 

@@ -70,8 +70,10 @@ class Pieces {
 
 [[nodiscard]] inline Pieces lines_of(std::string_view text) { return Pieces(text, '\n'); }
 
-// All pieces of a text as texts of their own.
-[[nodiscard]] std::vector<std::string> split(std::string_view text, char separator = '|');
+// The pieces of a text as texts of their own, at most so many: a caller that knows how many there
+// should be has no use for the millions a damaged file may hold.
+[[nodiscard]] std::vector<std::string> split(std::string_view text, char separator = '|',
+                                             std::size_t at_most = ~std::size_t{0});
 
 // Letters A-Z only; every other byte stays. In place.
 void lower_case(char* text, std::size_t size);

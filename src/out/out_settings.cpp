@@ -27,7 +27,9 @@ std::optional<OutSet> load_out_set() {
 std::optional<OutMod> load_out_mod() {
   FileBuffer file;
   if (!file.read("d/out.mod")) return std::nullopt;
-  OutMod modifiers{split(file.text())};
+  constexpr std::size_t kFieldsUsed = 10;
+  // The dropped piece, and one more than is used: it tells that the last used one is not the last.
+  OutMod modifiers{split(file.text(), '|', 1 + kFieldsUsed + 1)};
   if (!modifiers.fields.empty()) modifiers.fields.erase(modifiers.fields.begin());
   return modifiers;
 }

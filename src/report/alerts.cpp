@@ -94,12 +94,16 @@ std::string compose_mail(const AlertFields& fields, const std::vector<const Aler
   return mail + "Thank you for your time.\n\nVantrel Alert System";
 }
 
+std::string encode_alerts(const AlertFields& fields) {
+  std::string text = "|";
+  for (const std::string& field : fields) text.append(field).append("|");
+  return text;
+}
+
 // In place, because the administration side keeps the file open by name. The new text can only be
 // shorter than the old when something stood before the first bar; then neither writing first nor
 // cutting first leaves the old or the new file to a run killed in between, and a rename does.
-bool store_alerts(const AlertFields& fields) {
-  std::string text = "|";
-  for (const std::string& field : fields) text.append(field).append("|");
+bool store_alerts(const std::string& text) {
   FileBuffer old;
   const bool shrinks = old.read(kAlertsFile) && text.size() < old.size();
   return shrinks ? replace_file(kAlertsFile, text) : overwrite_file(kAlertsFile, text);
@@ -108,7 +112,7 @@ bool store_alerts(const AlertFields& fields) {
 }  // namespace
 
 AlertFields parse_alerts(std::string_view text) {
-  AlertFields fields = split(text);
+  AlertFields fields = split(text, '|', 1 + kAlertFieldCount + 1);
   if (!fields.empty()) fields.erase(fields.begin());
   for (std::string& field : fields) {
     if (field.empty()) field.assign(1, '0');
@@ -133,10 +137,13 @@ void run_alerts(const std::vector<TradeWork>& works) {
   const auto alerts = fired_alerts(fields, works);
   if (alerts.empty() || !can_be_mailed(fields)) return;
   const std::string mail = compose_mail(fields, alerts);
-  if (!pipe_to_command(fields[alert_field::kMailProgram] + " -t", mail))
-    report(event::mail_not_started);
   for (const AlertKind* kind : alerts) fields[kind->flag()].assign(1, '1');
-  if (!store_alerts(fields)) report(event::alerts_unavailable);
+  const std::string text = encode_alerts(fields);
+  // All memory is in hand before the mail goes out: a mail sent is a flag stored.
+  if (!pipe_to_command(fields[alert_field::kMailProgram] + " -t", mail)) {
+    report(event::mail_not_started);
+  }
+  if (!store_alerts(text)) report(event::alerts_unavailable);
 }
 
 }  // namespace vantrel

@@ -27,7 +27,8 @@ inline constexpr std::size_t kSender = 1;
 inline constexpr std::size_t kRecipient = 2;
 }  // namespace alert_field
 
-// The fields of the file's text; an empty one is read as "0".
+// The fields of the file's text, one more than there should be at most; an empty one is read as
+// "0".
 [[nodiscard]] AlertFields parse_alerts(std::string_view text);
 
 // Whether the 14 fields name a mail program and two addresses.

@@ -40,25 +40,25 @@ bool windows_disagree(const std::vector<TradeWork>& works) {
 
 // True when one of the minutes before this one, as far as the history reaches and at most 39 of
 // them, has no run. A history of fewer than ten runs says nothing.
-bool history_has_gap(const std::vector<std::string>& stamps) {
+bool history_has_gap(const RunHistory& history) {
   constexpr std::size_t kFewestRuns = 10;
-  constexpr std::size_t kMinutesLookedAt = 40;
-  if (stamps.size() < kFewestRuns) return false;
+  if (history.count < kFewestRuns) return false;
   const std::time_t now = wall_clock();
-  for (std::size_t i = 1; i < std::min(stamps.size(), kMinutesLookedAt); ++i) {
+  const std::vector<std::string>& stamps = history.stamps;
+  for (std::size_t i = 1; i < stamps.size(); ++i) {
     const std::time_t minute = now - static_cast<std::time_t>(i) * 60;
     if (stamps[stamps.size() - 1 - i] != format_time(kRunStampFormat, minute)) return true;
   }
   return false;
 }
 
-void shorten_history(const std::vector<std::string>& stamps) {
+void shorten_history(const RunHistory& history) {
   constexpr std::size_t kMostRuns = 30;
   constexpr std::size_t kRunsKept = 20;
-  if (stamps.size() <= kMostRuns) return;
+  if (history.count <= kMostRuns) return;
   std::string text;
-  for (std::size_t i = stamps.size() - kRunsKept; i < stamps.size(); ++i) {
-    text.append(stamps[i]).append("\n");
+  for (std::size_t i = history.stamps.size() - kRunsKept; i < history.stamps.size(); ++i) {
+    text.append(history.stamps[i]).append("\n");
   }
   if (!overwrite_file(kRunHistoryFile, text)) report(event::run_history_unwritable);
 }
@@ -86,11 +86,11 @@ void finish_run(const StartClock& clock, const RunHistory& history, double catch
   std::string_view state = settings.sync_state;
   if (state == kCheckTotals && summary_has_negative_values()) state = kInconsistent;
   if (clock.run_minute % 10 == 0 && windows_disagree(works)) state = kInconsistent;
-  if (history_has_gap(history.stamps)) {
+  if (history_has_gap(history)) {
     state = kInconsistent;
     report(event::gap_found);
   }
-  shorten_history(history.stamps);
+  shorten_history(history);
   if (synchronisation_due(state, clock, catch_up_minutes)) {
     if (state == kRequested) report(event::synchronizing);
     run_command("./sh_sync.cgi run");

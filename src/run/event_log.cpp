@@ -29,8 +29,6 @@ std::string_view entity(char c) {
       return "&#92;";
     case '/':
       return "&#47;";
-    case '|':
-      return "&#124;";  // only a trade's name can bring one; it would end the field
     default:
       return {};
   }

@@ -23,7 +23,8 @@ void report(const Event& event);
 void report(const Event& event, std::string_view subject);
 
 // A field as it stands in the log: no line breaks, and nothing a page that shows it could take for
-// markup, code or a field's end.
+// markup or code. A bar stays, as the readers of the log expect it: only the name of a trade can
+// bring one, and then the line has more fields than it should.
 [[nodiscard]] std::string sanitised(std::string_view field);
 
 }  // namespace vantrel

@@ -2,7 +2,7 @@
 
 #include <sys/stat.h>
 
-#include <algorithm>
+#include <deque>
 #include <string_view>
 
 #include "base/clock.h"
@@ -16,6 +16,20 @@ namespace {
 constexpr const char* kDiskCheckFile = "l/hdd.check";
 constexpr const char* kLastRunFile = "l/sys/cron.last";
 constexpr std::string_view kDiskCheckText = "0123456789";
+
+// Fills the history with the newest lines. False when one of all lines is this run's stamp.
+bool read_stamps(RunHistory& history, std::string_view text) {
+  std::deque<std::string_view> newest;
+  Pieces lines = lines_of(text);
+  for (std::string_view line; lines.next(line);) {
+    if (line == history.run_stamp) return false;
+    ++history.count;
+    newest.push_back(line);
+    if (newest.size() == kStampsKept) newest.pop_front();  // leaves room for this run's own
+  }
+  history.stamps.assign(newest.begin(), newest.end());
+  return true;
+}
 
 }  // namespace
 
@@ -48,9 +62,7 @@ bool guard_run(RunHistory& history) {
   history.run_stamp = format_time(kRunStampFormat, history.moment);
   FileBuffer file;
   static_cast<void>(file.read(kRunHistoryFile));
-  history.stamps = split(file.text(), '\n');
-  if (std::find(history.stamps.begin(), history.stamps.end(), history.run_stamp) !=
-      history.stamps.end()) {
+  if (!read_stamps(history, file.text())) {
     report(event::double_run);
     return false;
   }
@@ -58,6 +70,7 @@ bool guard_run(RunHistory& history) {
   static_cast<void>(append_to_file(kRunHistoryFile, history.run_stamp + "\n", Torn::cut));
   static_cast<void>(overwrite_file(kLastRunFile, history.run_stamp));
   history.stamps.push_back(history.run_stamp);
+  ++history.count;
   return true;
 }
 

@@ -13,10 +13,14 @@ namespace vantrel {
 inline constexpr const char* kRunHistoryFile = "l/sys/cron.run";
 inline constexpr const char* kRunStampFormat = "%m%d%H%M";
 
+// How many of the newest stamps anything looks at.
+inline constexpr std::size_t kStampsKept = 40;
+
 struct RunHistory {
   std::time_t moment = 0;  // when the guard read the clock: what the minute walk starts from
   std::string run_stamp;   // that moment as "%m%d%H%M"
-  std::vector<std::string> stamps;  // the lines of l/sys/cron.run, this run's stamp last
+  std::vector<std::string> stamps;  // the newest of them, oldest first, this run's stamp last
+  std::size_t count = 0;            // how many there are, this run's among them
 };
 
 // Writes ten characters to l/hdd.check and reads them back. False, with an event, when they do not

@@ -11,9 +11,6 @@
 namespace vantrel {
 namespace {
 
-constexpr std::size_t kSwitches = 4;
-constexpr std::size_t kFieldsPerBlock = 4;
-
 struct SkimSwitches {
   bool enabled = false;
   bool trades = false;
@@ -22,7 +19,6 @@ struct SkimSwitches {
 };
 
 struct SkimCondition {
-  std::int32_t skim_value = 0;
   std::string_view metric;
   std::string_view op;
   std::int32_t threshold = 0;
@@ -80,23 +76,25 @@ void apply_dynamic_skim(std::vector<TradeWork>& works) {
     report(event::skim_consequence);
     return;
   }
-  std::vector<std::string_view> fields;
-  Pieces pieces(file.text());
-  static_cast<void>(pieces.next_or_empty());
-  for (std::string_view field; pieces.next(field);) fields.push_back(field);
-
-  if (fields.size() < kSwitches) return;
-  const SkimSwitches switches{fields[0] == "1", fields[1] == "1", fields[2] == "1",
-                              fields[3] == "1"};
+  Pieces fields(file.text());
+  std::string_view field;
+  std::string_view switch_texts[4];
+  static_cast<void>(fields.next(field));  // what stands before the first bar
+  for (std::string_view& text : switch_texts) {
+    if (!fields.next(text)) return;
+  }
+  const SkimSwitches switches{switch_texts[0] == "1", switch_texts[1] == "1",
+                              switch_texts[2] == "1", switch_texts[3] == "1"};
   if (!switches.enabled || !(switches.trades || switches.entry6 || switches.entry3)) return;
 
   const SiteTotals totals = site_totals(works);
   // Every matching block would set the same entries anew, so only the last one counts.
   std::optional<std::int32_t> skim;
-  for (std::size_t i = kSwitches; i + kFieldsPerBlock <= fields.size(); i += kFieldsPerBlock) {
-    const SkimCondition block{to_int(fields[i]), fields[i + 1], fields[i + 2],
-                              to_int(fields[i + 3])};
-    if (matches(block, totals)) skim = block.skim_value;
+  for (std::string_view value, threshold; fields.next(value);) {
+    SkimCondition block;
+    if (!fields.next(block.metric) || !fields.next(block.op) || !fields.next(threshold)) break;
+    block.threshold = to_int(threshold);
+    if (matches(block, totals)) skim = to_int(value);
   }
   if (!skim) return;
   for (TradeWork& work : works) {

@@ -26,7 +26,7 @@ std::string_view settings_field(std::string_view line, std::size_t n) {
 }
 
 bool parse_main_settings(MainSettings& settings, std::string_view text) {
-  settings.lines = split(text, '\n');
+  settings.lines = split(text, '\n', kLineCount + 1);
   if (settings.lines.size() != kLineCount) return false;
   settings.cef_limit = to_int(settings_field(settings.lines[kCefLimitLine], 1));
   settings.sync_state = settings_field(settings.lines[kSyncStateLine], 1);

@@ -11,17 +11,21 @@
 namespace vantrel {
 namespace {
 
-std::vector<std::string> load_se_list() {
-  std::vector<std::string> names;
-  FileBuffer file;
+// Drops bars and carriage returns where the name stands, and what follows a star.
+std::string_view clean_name(char* line, std::size_t size) {
+  char* const star = std::find(line, line + size, '*');
+  char* const end = std::remove_if(line, star, [](char c) { return c == '|' || c == '\r'; });
+  return {line, static_cast<std::size_t>(end - line)};
+}
+
+void load_se_list(TrafficSettings& settings) {
+  FileBuffer& file = settings.se_file;
   static_cast<void>(file.read("d/se"));
   Pieces lines = lines_of(file.text());
   for (std::string_view line; lines.next(line);) {
-    std::string name(line.substr(0, line.find('*')));
-    std::erase_if(name, [](char c) { return c == '|' || c == '\r'; });
-    names.push_back(std::move(name));
+    char* const begin = file.data() + (line.data() - file.text().data());
+    settings.se_list.add(clean_name(begin, line.size()), 0);
   }
-  return names;
 }
 
 void add_words(TextIndex& words, std::string_view line) {
@@ -66,7 +70,7 @@ std::size_t parse_traffic_rules(std::string_view text,
 }
 
 bool load_traffic_settings(TrafficSettings& settings) {
-  settings.se_list = load_se_list();
+  load_se_list(settings);
   load_proxy_list(settings);
   FileBuffer file;
   if (!file.read("d/traffic.set")) {

@@ -28,8 +28,10 @@ struct TrafficSettings {
   // Rules hit processing knows, by their number in the file; a rule the file lacks has no effect.
   static constexpr std::size_t kRuleCount = 36;
 
-  // d/se, one name a line, compared as it is written (hits come in lower case).
-  std::vector<std::string> se_list;
+  // d/se, one name a line, compared as it is written (hits come in lower case). The views point
+  // into se_file.
+  FileBuffer se_file;
+  TextIndex se_list;
 
   // d/proxy, the words of each line up to its first colon. The views point into proxy_file.
   FileBuffer proxy_file;

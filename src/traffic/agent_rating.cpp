@@ -1,6 +1,7 @@
 #include "traffic/agent_rating.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace vantrel {
 
@@ -10,9 +11,16 @@ constexpr std::size_t pair_hash(char first, char second) {
   return static_cast<unsigned char>(first) * 37u ^ static_cast<unsigned char>(second) * 8u;
 }
 
+// In time linear in both texts, whatever they are: a visitor chooses the agent.
+bool occurs_in(std::string_view fragment, std::string_view agent) {
+  return fragment.empty() ||
+         (!agent.empty() &&
+          ::memmem(agent.data(), agent.size(), fragment.data(), fragment.size()) != nullptr);
+}
+
 bool any_occurs(const RatingGroup& group, std::string_view agent, const BytePairs& pairs) {
   return std::any_of(group.texts.begin(), group.texts.end(), [&](std::string_view fragment) {
-    return pairs.may_contain(fragment) && agent.find(fragment) != std::string_view::npos;
+    return pairs.may_contain(fragment) && occurs_in(fragment, agent);
   });
 }
 

@@ -35,19 +35,12 @@ constexpr std::size_t kOutNoReferrer = 35;
 
 void count(std::int32_t& counter) { counter = wrap_add(counter, 1); }
 
-// Trade names first, the first of equal ones; then d/se. The entry for the unknown is never found
-// by its name.
-TextIndex index_names(const TradeStore& store, const std::vector<std::string>& se_list) {
-  TextIndex listed(se_list.size());
-  for (const std::string& name : se_list) listed.add(name, 0);
-  TextIndex names(store.works.size() + se_list.size());
+// The first of equal names counts.
+TextIndex index_names(const TradeStore& store) {
+  TextIndex names(store.works.size());
   for (std::size_t i = 0; i < store.works.size(); ++i) {
-    const std::string_view name = field_text(store.works[i].name);
-    const bool unknown = i == reserved::kUnknown;
-    const std::size_t position = unknown && listed.contains(name) ? reserved::kListed : i;
-    names.add(name, static_cast<std::int32_t>(position));
+    names.add(field_text(store.works[i].name), static_cast<std::int32_t>(i));
   }
-  for (const std::string& name : se_list) names.add(name, reserved::kListed);
   return names;
 }
 
@@ -75,7 +68,7 @@ HitProcessor::HitProcessor(TradeStore& store, const TrafficSettings& traffic,
       traffic_(traffic),
       ratings_(ratings),
       cef_limit_(cef_limit),
-      positions_(index_names(store, traffic.se_list)),
+      names_(index_names(store)),
       country_group_(group_countries(ratings)),
       agents_(ratings.agent) {}
 
@@ -196,9 +189,12 @@ void HitProcessor::rate_tag(HitScore& score, std::string_view tag) const {
   if (ratings_.tags.group(3).contains(tag)) score.apply_rule(rule::kOutTagGroup3);
 }
 
+// The entry for the unknown is never found by its own name.
 std::size_t HitProcessor::find_by_name(std::string_view name) const {
-  const std::int32_t position = positions_.find(name);
-  return position == TextIndex::kNone ? reserved::kUnknown : static_cast<std::size_t>(position);
+  const std::int32_t found = names_.find(name);
+  const auto position = static_cast<std::size_t>(found);
+  if (found != TextIndex::kNone && position != reserved::kUnknown) return position;
+  return traffic_.se_list.contains(name) ? reserved::kListed : reserved::kUnknown;
 }
 
 bool HitProcessor::is_proxy(std::string_view flag, std::string_view address) const {

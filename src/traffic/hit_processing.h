@@ -52,7 +52,7 @@ class HitProcessor {
   const TrafficSettings& traffic_;
   const RatingTables& ratings_;
   std::int32_t cef_limit_;
-  TextIndex positions_;                      // names of trades and of d/se to positions
+  TextIndex names_;                          // names of trades to positions
   std::vector<std::uint8_t> country_group_;  // by number in the address table, 0 for none
   AgentRating agents_;
   FileBuffer log_;
