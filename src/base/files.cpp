@@ -55,7 +55,8 @@ bool take_over_owner_and_mode(const File& from, const File& to) {
 // Opens the file beside the one to replace, empty and for this run alone. Another run that is at
 // the same point, held up by a slow disk, is waited for; a killed one has let go of its lock.
 File open_beside(const char* path) {
-  for (;;) {
+  constexpr int kMostTurns = 100;
+  for (int turn = 0; turn < kMostTurns; ++turn) {
     File file = open_file(path, O_WRONLY | O_CREAT | O_NOFOLLOW);
     if (!file.is_open()) return file;
     struct flock whole {};
@@ -68,8 +69,11 @@ File open_beside(const char* path) {
                       opened.st_ino == named.st_ino && opened.st_dev == named.st_dev;
     if (same) return file;  // else it was renamed away while this run waited
   }
+  errno = EBUSY;
+  return File();
 }
 
+// The folder does not let this run make or rename files.
 bool no_new_file_allowed(int error) { return error == EACCES || error == EPERM || error == EROFS; }
 
 // The path behind symbolic links, so that the file is replaced and not the link to it.
@@ -211,7 +215,8 @@ bool replace_file(const char* path, std::string_view text) {
   const std::string beside = target + ".new";
   File file = open_beside(beside.c_str());
   if (!file.is_open()) {
-    const bool in_place = no_new_file_allowed(errno) || errno == ELOOP || errno == EISDIR;
+    const bool in_place =
+        no_new_file_allowed(errno) || errno == ELOOP || errno == EISDIR || errno == ENXIO;
     return in_place && overwrite_file(path, text);
   }
   if (!file.is_regular()) return overwrite_file(path, text);

@@ -46,8 +46,9 @@ class FirstIndex {
 
   explicit FirstIndex(std::size_t expected_keys = 0) { resize(expected_keys); }
 
-  // Remembers the position, 0 or more, unless the key is known already; returns the one that holds.
-  std::int32_t add(const Key& key, std::int32_t position) {
+  // Remembers the position, 0 or more, unless the key is known already; returns the one that
+  // holds, which may be changed until the next key is added.
+  std::int32_t& add(const Key& key, std::int32_t position) {
     if ((count_ + 1) * 2 > slots_.size()) grow();
     Slot& slot = slots_[slot_of(key)];
     if (slot.position == kNone) {

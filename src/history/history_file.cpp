@@ -78,24 +78,27 @@ std::optional<TrafficCounters> HistoryReader::sum_of_last_week(const char* path)
   std::string_view chunk;
   std::uint64_t size = 0;
   std::uint64_t bars = 0;
+  std::uint64_t bars_in_chunk = 0;
   do {
     const std::ptrdiff_t count = read_at(file, buffer_.data(), kChunk, size);
     if (count < 0) return std::nullopt;
     if (count == 0) break;
     chunk = std::string_view(buffer_).substr(0, static_cast<std::size_t>(count));
     size += chunk.size();
-    bars += count_bars(chunk);
+    bars_in_chunk = count_bars(chunk);
+    bars += bars_in_chunk;
   } while (chunk.size() == kChunk);
 
   const bool ends_with_bar = chunk.empty() || chunk.back() == '|';
   const std::uint64_t wanted = bars_of_last_week(bars, ends_with_bar);
   std::string tail;
-  for (std::size_t length = 2 * kChunk; count_bars(chunk) < wanted && chunk.size() < size;
+  for (std::size_t length = 2 * kChunk; bars_in_chunk < wanted && chunk.size() < size;
        length *= 2) {
     tail.resize(static_cast<std::size_t>(std::min<std::uint64_t>(length, size)));
     const std::ptrdiff_t count = read_at(file, tail.data(), tail.size(), size - tail.size());
     if (count < 0) return std::nullopt;
     chunk = tail;
+    bars_in_chunk = count_bars(chunk);
   }
   return sum_records(from_last_bars(chunk, wanted));
 }

@@ -3,22 +3,68 @@
 #include <algorithm>
 #include <cstring>
 
-#include "base/number_pieces.h"
+#include "base/numbers.h"
+#include "base/text.h"
 
 namespace vantrel {
 namespace {
 
 constexpr std::size_t kNotFound = ~std::size_t{0};
 
-// The piece in front of a range is a line feed or nothing at all.
-bool skip_filler(Pieces& pieces) {
-  const std::string_view text = pieces.rest();
-  if (text.size() > 2 && (text[0] == '|' || text[1] == '|')) {
-    pieces.skip(text[0] == '|' ? 1 : 2);
-    return true;
+// Eight characters at once, if all of them are digits; the first is the lowest byte.
+bool eight_digits(const char* text, std::uint64_t& value) {
+  std::uint64_t word;
+  std::memcpy(&word, text, sizeof word);
+  const std::uint64_t high = word & 0xF0F0F0F0F0F0F0F0u;
+  const std::uint64_t above_nine = (word + 0x0606060606060606u) & 0xF0F0F0F0F0F0F0F0u;
+  if (high != 0x3030303030303030u || above_nine != high) return false;
+  word -= high;
+  word = word * 10 + (word >> 8);  // pairs, then fours, then all eight
+  word = (word & 0x000000FF000000FFu) * 0x000F424000000064u +
+         ((word >> 16) & 0x000000FF000000FFu) * 0x0000271000000001u;
+  value = word >> 32;
+  return true;
+}
+
+unsigned digit_at(const char* text) { return static_cast<unsigned char>(*text) - unsigned{'0'}; }
+
+// Up to 18 digits, which fit whatever they are; where they end. 19 bytes must be readable.
+const char* plain_number(const char* text, std::uint64_t& value) {
+  const char* const last = text + 18;
+  value = 0;
+  if (eight_digits(text, value)) {
+    text += 8;
+    // Most addresses have ten.
+    if (digit_at(text) <= 9 && digit_at(text + 1) <= 9) {
+      value = value * 100 + digit_at(text) * 10 + digit_at(text + 1);
+      text += 2;
+    }
   }
-  std::string_view filler;
-  return pieces.next(filler) && !pieces.rest().empty();
+  for (; text != last && digit_at(text) <= 9; ++text) value = value * 10 + digit_at(text);
+  return text;
+}
+
+struct PlainRange {
+  std::uint64_t bounds[2];  // first and last, to be cut to 32 bits
+  const char* country;      // two bytes
+};
+
+// Room enough for a plain range whatever its numbers.
+constexpr std::ptrdiff_t kLongestPlainRange = 64;
+
+// The table is the largest input of a run, and nearly all of its ranges are a line feed, a bar and
+// then "digits|digits|cc|". Reads one of these and goes on behind it; nothing happens when the next
+// range is written in another way.
+bool read_plain_range(const char*& next, PlainRange& range) {
+  const char* text = next + (*next == '|' ? 0 : 1);
+  for (std::uint64_t& bound : range.bounds) {
+    if (*text != '|') return false;
+    text = plain_number(text + 1, bound);
+  }
+  if (*text != '|' || text[1] == '|' || text[2] == '|' || text[3] != '|') return false;
+  range.country = text + 1;
+  next = text + 4;
+  return true;
 }
 
 // Gives each country text a number, in the order in which they come. The texts are turned into
@@ -27,22 +73,6 @@ class CountryNumbers {
  public:
   CountryNumbers(std::vector<std::string_view>& countries, FileBuffer& file)
       : countries_(countries), file_(file), two_letters_(1 << 16, kUnknown) {}
-
-  std::uint32_t next_country(Pieces& pieces) {
-    const std::string_view text = pieces.rest();
-    if (text.size() < 3 || text[2] != '|' || text[0] == '|' || text[1] == '|') {
-      return number_of(pieces.next_or_empty());
-    }
-    // A country code: seen before most of the time.
-    std::uint32_t& number = two_letters_[static_cast<unsigned char>(text[0]) * 256u +
-                                         static_cast<unsigned char>(text[1])];
-    if (number == kUnknown) number = number_of(text.substr(0, 2));
-    pieces.skip(3);
-    return number;
-  }
-
- private:
-  static constexpr std::uint32_t kUnknown = ~std::uint32_t{0};
 
   std::uint32_t number_of(std::string_view country) {
     if (!country.empty()) {
@@ -54,9 +84,20 @@ class CountryNumbers {
     return static_cast<std::uint32_t>(number);
   }
 
+  // The same for a text of two bytes, most of which have come before.
+  std::uint32_t number_of_two(const char* country) {
+    std::uint32_t& number = two_letters_[static_cast<unsigned char>(country[0]) * 256u +
+                                         static_cast<unsigned char>(country[1])];
+    if (number == kUnknown) number = number_of({country, 2});
+    return number;
+  }
+
+ private:
+  static constexpr std::uint32_t kUnknown = ~std::uint32_t{0};
+
   std::vector<std::string_view>& countries_;
   FileBuffer& file_;
-  std::vector<std::uint32_t> two_letters_;  // numbers of country codes, by their two bytes as read
+  std::vector<std::uint32_t> two_letters_;  // by the two bytes as they were read
   TextIndex texts_;
 };
 
@@ -75,25 +116,25 @@ std::uint32_t odd_ip_to_number(std::string_view text) {
 }  // namespace
 
 std::uint32_t ip_to_number(std::string_view text) {
-  std::uint32_t number = 0;
+  constexpr std::size_t kLongestUsual = 15;
+  if (text.size() > kLongestUsual) return odd_ip_to_number(text);
+  // Nothing but digits and three dots, so short that no part can run over.
+  std::uint64_t number = 0;
   std::uint32_t part = 0;
   int dots = 0;
-  std::size_t digits = 0;
-  // Four parts of a few digits, as nearly every address has them.
   for (const char c : text) {
-    if (is_digit(c) && digits < 9) {
-      part = part * 10 + static_cast<std::uint32_t>(c - '0');
-      ++digits;
-    } else if (c == '.' && dots < 3) {
+    const unsigned digit = static_cast<unsigned char>(c) - unsigned{'0'};
+    if (digit <= 9) {
+      part = part * 10 + digit;
+    } else if (c == '.') {
       number = (number << 8) + part;
       part = 0;
-      digits = 0;
       ++dots;
     } else {
       return odd_ip_to_number(text);
     }
   }
-  return ((number << 8) + part) << (8 * (3 - dots));
+  return dots == 3 ? static_cast<std::uint32_t>((number << 8) + part) : odd_ip_to_number(text);
 }
 
 bool IpTable::load(const char* path) {
@@ -103,34 +144,48 @@ bool IpTable::load(const char* path) {
 }
 
 void IpTable::parse() {
-  // Room for ranges of a usual length; more are taken as they come.
-  constexpr std::size_t kUsualBytes = 16;
-  first_.reserve(file_.size() / kUsualBytes);
-  ends_.reserve(file_.size() / kUsualBytes);
+  // A range has at least four bars. Memory that is never written costs nothing.
+  constexpr std::size_t kShortestRange = 4;
+  const std::size_t most = file_.size() / kShortestRange + 1;
+  first_ = std::make_unique_for_overwrite<std::uint32_t[]>(most);
+  ends_ = std::make_unique_for_overwrite<RangeEnd[]>(most);
   CountryNumbers countries(countries_, file_);
-  Pieces pieces(file_.text());
-  while (skip_filler(pieces)) {
-    const std::uint32_t first = next_unsigned(pieces);
-    const std::uint32_t last = next_unsigned(pieces);
-    well_formed_ = well_formed_ && first <= last && (ends_.empty() || ends_.back().last < first);
-    first_.push_back(first);
-    ends_.push_back({last, countries.next_country(pieces)});
+  std::uint64_t next_free = 0;  // behind the range before
+  const auto add = [&](std::uint32_t first, std::uint32_t last, std::uint32_t country) {
+    well_formed_ = well_formed_ && first <= last && first >= next_free;
+    next_free = std::uint64_t{last} + 1;
+    first_[size_] = first;
+    ends_[size_++] = {last, country};
+  };
+  const char* next = file_.text().data();
+  const char* const end = next + file_.size();
+  for (;;) {
+    PlainRange range;
+    while (end - next >= kLongestPlainRange && read_plain_range(next, range)) {
+      add(static_cast<std::uint32_t>(range.bounds[0]), static_cast<std::uint32_t>(range.bounds[1]),
+          countries.number_of_two(range.country));
+    }
+    Pieces pieces(std::string_view(next, static_cast<std::size_t>(end - next)));
+    std::string_view first;
+    if (!pieces.next(first) || !pieces.next(first)) break;
+    const std::string_view last = pieces.next_or_empty();
+    add(to_unsigned(first), to_unsigned(last), countries.number_of(pieces.next_or_empty()));
+    next = pieces.rest().data();
   }
   countries_.push_back(kOutOfRange);
 }
 
 std::uint32_t IpTable::country_number(std::uint32_t address) const {
   const auto out_of_range = static_cast<std::uint32_t>(countries_.size() - 1);
-  if (first_.empty() || address < first_.front() || address > ends_.back().last)
-    return out_of_range;
+  if (size_ == 0 || address < first_[0] || address > ends_[size_ - 1].last) return out_of_range;
   const std::size_t i = well_formed_ ? find_ordered(address) : find_by_bisection(address);
   return i == kNotFound ? out_of_range : ends_[i].country;
 }
 
 // In a table in order at most one range holds the address: the last one that begins at or below it.
 std::size_t IpTable::find_ordered(std::uint32_t address) const {
-  const auto above = std::upper_bound(first_.begin(), first_.end(), address);
-  const auto i = static_cast<std::size_t>(above - first_.begin()) - 1;
+  const auto above = std::upper_bound(first_.get(), first_.get() + size_, address);
+  const auto i = static_cast<std::size_t>(above - first_.get()) - 1;
   return address <= ends_[i].last ? i : kNotFound;
 }
 
@@ -140,24 +195,23 @@ std::size_t IpTable::find_by_bisection(std::uint32_t address) const {
   // A search that walks on in single steps is lost; in a table in order seventy passes are plenty.
   constexpr std::size_t kMostPasses = 100;
   enum class Direction { none, up, down } direction = Direction::none;
-  const std::size_t size = first_.size();
   std::size_t visited[kMostPasses];
-  std::size_t i = size / 2;
+  std::size_t i = size_ / 2;
   std::uint64_t divisor = 2;
   for (std::size_t pass = 0; pass < kMostPasses; ++pass) {
     if (first_[i] <= address && address <= ends_[i].last) return i;
     if (std::find(visited, visited + pass, i) != visited + pass) return kNotFound;
     visited[pass] = i;
     if (address < first_[i]) direction = Direction::down;
-    if (divisor <= size) divisor *= 2;  // past the size the step stays 1
-    const std::size_t step = std::max<std::size_t>(1, static_cast<std::size_t>(size / divisor));
+    if (divisor <= size_) divisor *= 2;  // past the size the step stays 1
+    const std::size_t step = std::max<std::size_t>(1, static_cast<std::size_t>(size_ / divisor));
     if (address > first_[i]) direction = Direction::up;
     if (direction == Direction::down) {
       if (i < step) return kNotFound;
       i -= step;
     } else if (direction == Direction::up) {
       i += step;
-      if (i >= size) return kNotFound;
+      if (i >= size_) return kNotFound;
     }
   }
   return kNotFound;

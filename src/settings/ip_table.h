@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string_view>
 #include <vector>
 
@@ -46,7 +47,7 @@ class IpTable {
     return countries_[country_number(address)];
   }
 
-  [[nodiscard]] std::size_t size() const { return first_.size(); }
+  [[nodiscard]] std::size_t size() const { return size_; }
   // Ascending, every range first to last, none touching another: what the file should be.
   [[nodiscard]] bool well_formed() const { return well_formed_; }
 
@@ -60,9 +61,10 @@ class IpTable {
   [[nodiscard]] std::size_t find_ordered(std::uint32_t address) const;
   [[nodiscard]] std::size_t find_by_bisection(std::uint32_t address) const;
 
-  FileBuffer file_;                   // the countries are views into it
-  std::vector<std::uint32_t> first_;  // apart, because this is what is searched
-  std::vector<RangeEnd> ends_;
+  FileBuffer file_;                         // the countries are views into it
+  std::unique_ptr<std::uint32_t[]> first_;  // apart, because this is what is searched
+  std::unique_ptr<RangeEnd[]> ends_;
+  std::size_t size_ = 0;
   std::vector<std::string_view> countries_;
   bool well_formed_ = true;
 };

@@ -12,9 +12,9 @@ bool load_rating(RatingLists& lists, const char* path) {
   for (std::string_view ignored, selector, text;
        pieces.next(ignored) && pieces.next(selector) && pieces.next(text);) {
     if (selector.size() != 1 || selector[0] < '1' || selector[0] > '3') continue;
-    RatingGroup& group = lists.groups[static_cast<std::size_t>(selector[0] - '1')];
-    group.index.add(text, static_cast<std::int32_t>(group.texts.size()));
-    group.texts.push_back(text);
+    const auto number = static_cast<std::size_t>(selector[0] - '0');
+    lists.index.add(text, 0) |= RatingGroups::bit(number);
+    lists.texts[number - 1].push_back(text);
   }
   return true;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -11,23 +12,36 @@
 
 namespace vantrel {
 
-// The texts of one group, in lower case.
-struct RatingGroup {
-  std::vector<std::string_view> texts;  // in file order
-  TextIndex index;                      // for exact matches
+// The groups that hold one text: none, one or several.
+class RatingGroups {
+ public:
+  explicit RatingGroups(std::int32_t bits = 0) : bits_(bits) {}
+  // number: 1 to 3.
+  [[nodiscard]] bool has(std::size_t number) const { return (bits_ & bit(number)) != 0; }
+  [[nodiscard]] static std::int32_t bit(std::size_t number) { return 1 << number; }
 
-  [[nodiscard]] bool contains(std::string_view text) const { return index.contains(text); }
+ private:
+  std::int32_t bits_;
 };
 
-// One rating file, read whole: the views of the groups point into it.
+// One rating file, read whole: the views point into it. All texts are in lower case.
 //
 // A stream of pieces in groups of three: ignored, group ("1", "2" or "3", anything else drops the
 // entry), text.
 struct RatingLists {
   FileBuffer file;
-  std::array<RatingGroup, 3> groups;
+  std::array<std::vector<std::string_view>, 3> texts;  // by group, in file order
+  TextIndex index;                                     // the bits of every text's groups
 
-  [[nodiscard]] const RatingGroup& group(std::size_t number) const { return groups[number - 1]; }
+  // number: 1 to 3.
+  [[nodiscard]] const std::vector<std::string_view>& group(std::size_t number) const {
+    return texts[number - 1];
+  }
+  // The groups with exactly this text.
+  [[nodiscard]] RatingGroups groups_of(std::string_view text) const {
+    const std::int32_t bits = index.find(text);
+    return RatingGroups(bits == TextIndex::kNone ? 0 : bits);
+  }
 };
 
 // False when the file cannot be read; the caller reports it.

@@ -44,6 +44,8 @@ void load_proxy_list(TrafficSettings& settings) {
     report(event::proxy_missing);
     return;
   }
+  constexpr std::size_t kUsualBytes = 14;
+  settings.proxy_list = TextIndex(settings.proxy_file.size() / kUsualBytes);
   Pieces lines = lines_of(settings.proxy_file.text());
   for (std::string_view line; lines.next(line);) {
     add_words(settings.proxy_list, line.substr(0, line.find(':')));

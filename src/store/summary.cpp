@@ -1,5 +1,6 @@
 #include "store/summary.h"
 
+#include <charconv>
 #include <string>
 
 #include "base/files.h"
@@ -9,11 +10,14 @@
 namespace vantrel {
 namespace {
 
-void append_window(std::string& text, const TrafficCounters& window) {
-  for (const std::int32_t value : window.values) {
-    append_number(text, value);
-    text += '|';
-  }
+// Sign and digits of a counter, and a bar.
+constexpr std::size_t kLongestPiece = 12;
+
+// Appends a number and its bar; room for the longest must be left.
+char* put_piece(char* to, std::int32_t value) {
+  to = std::to_chars(to, to + kLongestPiece, value).ptr;
+  *to++ = '|';
+  return to;
 }
 
 }  // namespace
@@ -46,13 +50,15 @@ bool write_summary(const TradeStore& store) {
   std::string text;
   text.reserve(store.works.size() * kSummaryPieces * 4);
   for (const TradeWork& work : store.works) {
-    text += '|';
-    append_number(text, work.id);
-    text += '|';
-    append_window(text, work.last60);
-    append_window(text, work.last24);
-    append_window(text, work.last07);
-    text += '\n';
+    char line[2 + kSummaryPieces * kLongestPiece];
+    char* end = line;
+    *end++ = '|';
+    end = put_piece(end, work.id);
+    for (const TrafficCounters* window : {&work.last60, &work.last24, &work.last07}) {
+      for (const std::int32_t value : window->values) end = put_piece(end, value);
+    }
+    *end++ = '\n';
+    text.append(line, end);
   }
   if (replace_file(kSummaryFile, text)) return true;
   report(event::summary_unavailable);

@@ -18,8 +18,9 @@ bool occurs_in(std::string_view fragment, std::string_view agent) {
           ::memmem(agent.data(), agent.size(), fragment.data(), fragment.size()) != nullptr);
 }
 
-bool any_occurs(const RatingGroup& group, std::string_view agent, const BytePairs& pairs) {
-  return std::any_of(group.texts.begin(), group.texts.end(), [&](std::string_view fragment) {
+bool any_occurs(const std::vector<std::string_view>& fragments, std::string_view agent,
+                const BytePairs& pairs) {
+  return std::any_of(fragments.begin(), fragments.end(), [&](std::string_view fragment) {
     return pairs.may_contain(fragment) && occurs_in(fragment, agent);
   });
 }

@@ -48,11 +48,12 @@ std::vector<std::uint8_t> group_countries(const RatingTables& ratings) {
   std::vector<std::uint8_t> groups;
   for (const std::string_view country : ratings.ip.countries()) {
     std::uint8_t group = 0;
-    if (ratings.geo.group(1).contains(country)) {
+    const RatingGroups rated = ratings.geo.groups_of(country);
+    if (rated.has(1)) {
       group = 1;
-    } else if (ratings.geo.group(3).contains(country)) {
+    } else if (rated.has(3)) {
       group = 3;
-    } else if (ratings.geo.group(2).contains(country) || country == IpTable::kOutOfRange) {
+    } else if (rated.has(2) || country == IpTable::kOutOfRange) {
       group = 2;
     }
     groups.push_back(group);
@@ -175,8 +176,9 @@ void HitProcessor::rate_agent(HitScore& score, std::string_view agent, std::size
 
 void HitProcessor::rate_request(HitScore& score, std::string_view request,
                                 std::size_t first_rule) const {
-  if (ratings_.request.group(1).contains(request)) score.apply_rule(first_rule);
-  if (ratings_.request.group(3).contains(request)) score.apply_rule(first_rule + 1);
+  const RatingGroups groups = ratings_.request.groups_of(request);
+  if (groups.has(1)) score.apply_rule(first_rule);
+  if (groups.has(3)) score.apply_rule(first_rule + 1);
 }
 
 void HitProcessor::rate_tag(HitScore& score, std::string_view tag) const {
@@ -185,8 +187,9 @@ void HitProcessor::rate_tag(HitScore& score, std::string_view tag) const {
     score.apply_rule(rule::kOutTagStar);
     tag.remove_prefix(1);
   }
-  if (ratings_.tags.group(1).contains(tag)) score.apply_rule(rule::kOutTagGroup1);
-  if (ratings_.tags.group(3).contains(tag)) score.apply_rule(rule::kOutTagGroup3);
+  const RatingGroups groups = ratings_.tags.groups_of(tag);
+  if (groups.has(1)) score.apply_rule(rule::kOutTagGroup1);
+  if (groups.has(3)) score.apply_rule(rule::kOutTagGroup3);
 }
 
 // The entry for the unknown is never found by its own name.
