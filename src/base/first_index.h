@@ -21,20 +21,24 @@ namespace vantrel {
 }
 [[nodiscard]] constexpr std::uint64_t hash_key(std::uint64_t key) { return spread(key); }
 
-// Eight bytes at a time; the last eight overlap those before where the length is no multiple.
+// Sixteen bytes at a time; the last sixteen overlap those before where the length is no multiple.
 [[nodiscard]] inline std::uint64_t hash_key(std::string_view key) {
+  constexpr std::size_t kBlock = 16;
+  std::uint64_t words[2] = {0, 0};
   std::uint64_t hash = key.size();
-  std::uint64_t word = 0;
-  if (key.size() < sizeof word) {
-    if (!key.empty()) std::memcpy(&word, key.data(), key.size());
-    return spread(hash ^ word * 31);
+  const auto mix = [&] { hash = spread((hash ^ words[0]) + words[1] * 0xD6E8FEB86659FD93u); };
+  if (key.size() < kBlock) {
+    if (!key.empty()) std::memcpy(words, key.data(), key.size());
+    mix();
+    return hash;
   }
-  for (std::size_t i = 0; i + sizeof word <= key.size(); i += sizeof word) {
-    std::memcpy(&word, key.data() + i, sizeof word);
-    hash = spread(hash ^ word);
+  for (std::size_t i = 0; i + kBlock <= key.size(); i += kBlock) {
+    std::memcpy(words, key.data() + i, kBlock);
+    mix();
   }
-  std::memcpy(&word, key.data() + key.size() - sizeof word, sizeof word);
-  return spread(hash ^ word);
+  std::memcpy(words, key.data() + key.size() - kBlock, kBlock);
+  mix();
+  return hash;
 }
 
 // Open addressing over a power of two, at most half full. Keys are held by value; a text key's
@@ -70,7 +74,8 @@ class FirstIndex {
 
   void resize(std::size_t keys) {
     std::size_t size = 16;
-    while (size < keys * 2) size *= 2;
+    shift_ = 60;
+    for (; size < keys * 2; size *= 2) --shift_;
     slots_.assign(size, Slot{});
     count_ = 0;
   }
@@ -87,13 +92,15 @@ class FirstIndex {
   // Where the key stands, or the free slot where it would.
   [[nodiscard]] std::size_t slot_of(const Key& key) const {
     const std::size_t mask = slots_.size() - 1;
-    std::size_t i = static_cast<std::size_t>(hash_key(key)) & mask;
+    // The upper bits: a multiplication carries every difference there.
+    std::size_t i = static_cast<std::size_t>(hash_key(key) >> shift_);
     while (slots_[i].position != kNone && slots_[i].key != key) i = (i + 1) & mask;
     return i;
   }
 
   std::vector<Slot> slots_;
   std::size_t count_ = 0;
+  int shift_ = 60;  // 64 less the bits of a slot's number
 };
 
 using TextIndex = FirstIndex<std::string_view>;

@@ -21,11 +21,24 @@ class Pieces {
 
   // False at the end of the text; piece is then unchanged.
   [[nodiscard]] bool next(std::string_view& piece) {
-    if (next_ == end_) return false;
-    const char* stop = find_separator();
-    piece = {next_, static_cast<std::size_t>(stop - next_)};
-    next_ = stop == end_ ? stop : stop + 1;
-    return true;
+    // Most pieces are short: the first bytes are looked at in words of eight, and only what is
+    // longer is worth a call. The lowest zero byte of a word, after the separator was taken off
+    // every byte, is where the separator stands.
+    constexpr std::size_t kInWords = 32;
+    constexpr std::uint64_t kOnes = 0x0101010101010101u;
+    if (static_cast<std::size_t>(end_ - next_) < kInWords) return next_by_call(piece);
+    for (std::size_t i = 0; i < kInWords; i += sizeof(std::uint64_t)) {
+      std::uint64_t word;
+      std::memcpy(&word, next_ + i, sizeof word);
+      word ^= kOnes * static_cast<unsigned char>(separator_);
+      const std::uint64_t zeros = (word - kOnes) & ~word & (kOnes << 7);
+      if (zeros == 0) continue;
+      const std::size_t length = i + static_cast<std::size_t>(std::countr_zero(zeros)) / 8;
+      piece = {next_, length};
+      next_ += length + 1;
+      return true;
+    }
+    return next_by_call(piece);
   }
 
   // As next(), for the places where a missing piece counts as an empty one.
@@ -42,25 +55,14 @@ class Pieces {
   void skip(std::size_t bytes) { next_ += bytes; }
 
  private:
-  // Most pieces are a few bytes long: the first ones are looked at in words, eight bytes at once,
-  // and only what is longer is worth a call. A word's lowest zero byte, after the separator was
-  // taken off every byte, is where the separator stands.
-  [[nodiscard]] const char* find_separator() const {
-    constexpr std::ptrdiff_t kInWords = 32;
-    constexpr std::uint64_t kOnes = 0x0101010101010101u;
-    const char* from = next_;
-    if (end_ - from >= kInWords) {
-      for (const char* const stop = from + kInWords; from != stop; from += sizeof(std::uint64_t)) {
-        std::uint64_t word;
-        std::memcpy(&word, from, sizeof word);
-        word ^= kOnes * static_cast<unsigned char>(separator_);
-        const std::uint64_t zeros = (word - kOnes) & ~word & (kOnes << 7);
-        if (zeros != 0) return from + std::countr_zero(zeros) / 8;
-      }
-    }
-    const auto left = static_cast<std::size_t>(end_ - from);
-    const void* stop = left == 0 ? nullptr : std::memchr(from, separator_, left);
-    return stop == nullptr ? end_ : static_cast<const char*>(stop);
+  // Where the text ends soon, or the piece is a long one.
+  [[nodiscard]] bool next_by_call(std::string_view& piece) {
+    if (next_ == end_) return false;
+    const auto left = static_cast<std::size_t>(end_ - next_);
+    const auto* stop = static_cast<const char*>(std::memchr(next_, separator_, left));
+    piece = {next_, stop == nullptr ? left : static_cast<std::size_t>(stop - next_)};
+    next_ = stop == nullptr ? end_ : stop + 1;
+    return true;
   }
 
   const char* next_;

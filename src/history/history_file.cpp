@@ -30,7 +30,14 @@ std::uint64_t count_bars(std::string_view text) {
 
 // The end of the text from its n-th last bar on; all of it when it holds fewer bars.
 std::string_view from_last_bars(std::string_view text, std::uint64_t n) {
+  constexpr std::size_t kBlock = 32;
   std::size_t begin = text.size();
+  while (begin >= kBlock) {
+    const std::uint64_t bars = count_bars(text.substr(begin - kBlock, kBlock));
+    if (bars >= n) break;
+    n -= bars;
+    begin -= kBlock;
+  }
   while (n > 0 && begin > 0) {
     if (text[--begin] == '|') --n;
   }
@@ -39,15 +46,21 @@ std::string_view from_last_bars(std::string_view text, std::uint64_t n) {
 
 // Adds up the counters of a text that begins with the first piece of a record.
 TrafficCounters sum_records(std::string_view text) {
+  constexpr std::string_view kEmptyPieces = "||||||||||||||";
   TrafficCounters sum;
   Pieces pieces(text);
-  std::string_view piece;
+  std::string_view ignored;
   for (std::uint64_t k = 0; !pieces.rest().empty(); k = (k + 1) % kPiecesPerRecord) {
-    if (k >= kFirstCounter && k < kFirstCounter + kCounterCount) {
+    if (k < kFirstCounter) {
+      static_cast<void>(pieces.next(ignored));
+    } else if (k < kFirstCounter + kCounterCount) {
       std::int32_t& counter = sum.values[k - kFirstCounter];
       counter = wrap_add(counter, next_int(pieces));
+    } else if (k == kFirstCounter + kCounterCount && pieces.rest().starts_with(kEmptyPieces)) {
+      pieces.skip(kEmptyPieces.size());  // all at once: nobody fills them
+      k = kPiecesPerRecord - 1;
     } else {
-      static_cast<void>(pieces.next(piece));
+      static_cast<void>(pieces.next(ignored));
     }
   }
   return sum;

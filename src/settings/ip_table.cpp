@@ -10,6 +10,8 @@ namespace vantrel {
 namespace {
 
 constexpr std::size_t kNotFound = ~std::size_t{0};
+constexpr int kBlockBits = 20;
+constexpr std::size_t kBlocks = std::size_t{1} << (32 - kBlockBits);
 
 // Eight characters at once, if all of them are digits; the first is the lowest byte.
 bool eight_digits(const char* text, std::uint64_t& value) {
@@ -26,27 +28,38 @@ bool eight_digits(const char* text, std::uint64_t& value) {
   return true;
 }
 
-unsigned digit_at(const char* text) { return static_cast<unsigned char>(*text) - unsigned{'0'}; }
+// Two digits and a bar.
+bool two_digits_and_bar(const char* text, std::uint32_t& value) {
+  std::uint32_t bytes;
+  std::memcpy(&bytes, text, sizeof bytes);
+  const std::uint32_t digits = (bytes & 0xFFFFFFu) - 0x7C3030u;  // '|' and twice '0'
+  if (((digits | (digits + 0x0606u)) & ~0x0F0Fu) != 0) return false;
+  value = (digits & 0x0Fu) * 10 + (digits >> 8);
+  return true;
+}
 
-// Up to 18 digits, which fit whatever they are; where they end. 19 bytes must be readable.
-const char* plain_number(const char* text, std::uint64_t& value) {
+// Up to 18 digits, which fit whatever they are; where they end. 20 bytes must be readable.
+[[gnu::always_inline]] inline const char* plain_number(const char* text, std::uint64_t& value) {
   const char* const last = text + 18;
   value = 0;
   if (eight_digits(text, value)) {
     text += 8;
-    // Most addresses have ten.
-    if (digit_at(text) <= 9 && digit_at(text + 1) <= 9) {
-      value = value * 100 + digit_at(text) * 10 + digit_at(text + 1);
-      text += 2;
+    std::uint32_t two;
+    if (two_digits_and_bar(text, two)) {  // as most addresses have it
+      value = value * 100 + two;
+      return text + 2;
     }
   }
-  for (; text != last && digit_at(text) <= 9; ++text) value = value * 10 + digit_at(text);
+  for (; text != last && is_digit(*text); ++text) {
+    value = value * 10 + static_cast<std::uint64_t>(*text - '0');
+  }
   return text;
 }
 
 struct PlainRange {
-  std::uint64_t bounds[2];  // first and last, to be cut to 32 bits
-  const char* country;      // two bytes
+  std::uint32_t first;
+  std::uint32_t last;
+  const char* country;  // two bytes
 };
 
 // Room enough for a plain range whatever its numbers.
@@ -57,12 +70,14 @@ constexpr std::ptrdiff_t kLongestPlainRange = 64;
 // range is written in another way.
 bool read_plain_range(const char*& next, PlainRange& range) {
   const char* text = next + (*next == '|' ? 0 : 1);
-  for (std::uint64_t& bound : range.bounds) {
-    if (*text != '|') return false;
-    text = plain_number(text + 1, bound);
-  }
+  std::uint64_t first;
+  std::uint64_t last;
+  if (*text != '|') return false;
+  text = plain_number(text + 1, first);
+  if (*text != '|') return false;
+  text = plain_number(text + 1, last);
   if (*text != '|' || text[1] == '|' || text[2] == '|' || text[3] != '|') return false;
-  range.country = text + 1;
+  range = {static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(last), text + 1};
   next = text + 4;
   return true;
 }
@@ -140,6 +155,7 @@ std::uint32_t ip_to_number(std::string_view text) {
 bool IpTable::load(const char* path) {
   if (!file_.read(path)) return false;
   parse();
+  if (well_formed_) index_blocks();
   return true;
 }
 
@@ -150,20 +166,24 @@ void IpTable::parse() {
   first_ = std::make_unique_for_overwrite<std::uint32_t[]>(most);
   ends_ = std::make_unique_for_overwrite<RangeEnd[]>(most);
   CountryNumbers countries(countries_, file_);
+  // Local, so that the loop keeps them in registers.
+  std::uint32_t* const firsts = first_.get();
+  RangeEnd* const ends = ends_.get();
+  std::size_t size = 0;
   std::uint64_t next_free = 0;  // behind the range before
+  bool well_formed = true;
   const auto add = [&](std::uint32_t first, std::uint32_t last, std::uint32_t country) {
-    well_formed_ = well_formed_ && first <= last && first >= next_free;
+    well_formed &= first <= last && first >= next_free;
     next_free = std::uint64_t{last} + 1;
-    first_[size_] = first;
-    ends_[size_++] = {last, country};
+    firsts[size] = first;
+    ends[size++] = {last, country};
   };
   const char* next = file_.text().data();
   const char* const end = next + file_.size();
   for (;;) {
     PlainRange range;
     while (end - next >= kLongestPlainRange && read_plain_range(next, range)) {
-      add(static_cast<std::uint32_t>(range.bounds[0]), static_cast<std::uint32_t>(range.bounds[1]),
-          countries.number_of_two(range.country));
+      add(range.first, range.last, countries.number_of_two(range.country));
     }
     Pieces pieces(std::string_view(next, static_cast<std::size_t>(end - next)));
     std::string_view first;
@@ -173,6 +193,8 @@ void IpTable::parse() {
     next = pieces.rest().data();
   }
   countries_.push_back(kOutOfRange);
+  size_ = size;
+  well_formed_ = well_formed;
 }
 
 std::uint32_t IpTable::country_number(std::uint32_t address) const {
@@ -184,9 +206,23 @@ std::uint32_t IpTable::country_number(std::uint32_t address) const {
 
 // In a table in order at most one range holds the address: the last one that begins at or below it.
 std::size_t IpTable::find_ordered(std::uint32_t address) const {
-  const auto above = std::upper_bound(first_.get(), first_.get() + size_, address);
+  const std::size_t block = address >> kBlockBits;
+  const std::uint32_t* const from = first_.get() + below_block_[block];
+  const std::uint32_t* const to = first_.get() + below_block_[block + 1];
+  const auto above = std::upper_bound(from, to, address);
   const auto i = static_cast<std::size_t>(above - first_.get()) - 1;
   return address <= ends_[i].last ? i : kNotFound;
+}
+
+void IpTable::index_blocks() {
+  below_block_.reserve(kBlocks + 1);
+  const std::uint32_t* below = first_.get();
+  const std::uint32_t* const end = below + size_;
+  for (std::size_t block = 0; block < kBlocks; ++block) {
+    below = std::lower_bound(below, end, static_cast<std::uint32_t>(block << kBlockBits));
+    below_block_.push_back(static_cast<std::uint32_t>(below - first_.get()));
+  }
+  below_block_.push_back(static_cast<std::uint32_t>(size_));
 }
 
 // In a table out of order the answer depends on the way of searching, and sites have lived with the

@@ -58,6 +58,7 @@ class IpTable {
   };
 
   void parse();
+  void index_blocks();
   [[nodiscard]] std::size_t find_ordered(std::uint32_t address) const;
   [[nodiscard]] std::size_t find_by_bisection(std::uint32_t address) const;
 
@@ -65,6 +66,8 @@ class IpTable {
   std::unique_ptr<std::uint32_t[]> first_;  // apart, because this is what is searched
   std::unique_ptr<RangeEnd[]> ends_;
   std::size_t size_ = 0;
+  // The number of ranges below each block of 2^20 addresses: where a search needs to look.
+  std::vector<std::uint32_t> below_block_;
   std::vector<std::string_view> countries_;
   bool well_formed_ = true;
 };

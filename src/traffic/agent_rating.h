@@ -7,6 +7,7 @@
 #include <deque>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/first_index.h"
 #include "settings/ratings.h"
@@ -17,21 +18,28 @@ namespace vantrel {
 // cannot occur in it.
 class BytePairs {
  public:
+  static constexpr std::size_t kAlways = 4096;  // number of a pair every text has
+
   explicit BytePairs(std::string_view text);
 
+  // pair: kAlways, or the hash of a pair below it.
+  [[nodiscard]] bool has(std::size_t pair) const { return pairs_[pair]; }
   // True for fragments of fewer than two bytes.
   [[nodiscard]] bool may_contain(std::string_view fragment) const;
 
  private:
-  static constexpr std::size_t kBits = 4096;
+  std::bitset<kAlways + 1> pairs_;
+};
 
-  std::bitset<kBits> pairs_;
+struct AgentFragment {
+  std::string_view text;
+  std::size_t first_pair;  // most fragments are out of question by this alone
 };
 
 class AgentRating {
  public:
   // The lists must outlive the rating.
-  explicit AgentRating(const RatingLists& lists) : lists_(lists) {}
+  explicit AgentRating(const RatingLists& lists);
 
   // 0 when a fragment of group 1 occurs in the agent, 2 when none does but one of group 3, else 1.
   [[nodiscard]] std::size_t offset_of(std::string_view agent);
@@ -40,7 +48,10 @@ class AgentRating {
   // What is remembered is bounded, so that the memory of a run does not grow with its hits.
   static constexpr std::size_t kMostBytes = 1 << 20;
 
-  const RatingLists& lists_;
+  [[nodiscard]] std::size_t search(std::string_view agent) const;
+
+  std::vector<AgentFragment> good_;
+  std::vector<AgentFragment> bad_;
   std::deque<std::string> agents_;  // owns the keys of known_
   TextIndex known_;
   std::size_t bytes_ = 0;
