@@ -17,6 +17,7 @@ struct SampleSize {
   int proxies = 40;
   int agent_fragments = 24;
   std::uint32_t seed = 1;
+  bool day_curve = false;  // fewer records at night, more in the evening; the same a day
 };
 
 // Lays the site out under directory, which is made; files that are there are replaced. now: the

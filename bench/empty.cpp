@@ -1,0 +1,2 @@
+// What the start and the end of a process cost.
+int main() {}

@@ -1,0 +1,64 @@
+// The hit logs of one direction; built once for each. VANTREL_FUZZ_OUT is 1 for clicks.
+#include <cstdlib>
+
+#include "support.h"
+#include "traffic/hit_processing.h"
+
+namespace vantrel::fuzz {
+namespace {
+
+constexpr bool kOut = VANTREL_FUZZ_OUT != 0;
+constexpr std::size_t kLength = kOut ? kOutFields : kInFields;
+constexpr std::int32_t kCefLimit = 3;
+
+struct Tables {
+  TradeStore store = store_of_site();
+  TrafficSettings traffic;
+  RatingTables ratings;
+  bool loaded = load_traffic_settings(traffic) && load_rating_tables(ratings);
+};
+
+// Where a hit of that name is counted, by searching from the front.
+std::size_t position_of(const TradeStore& store, const std::string& name) {
+  for (std::size_t i = 0; i < store.works.size(); ++i) {
+    if (i != 6 && name == store.works[i].name) return i;
+  }
+  return name == "google.com" || name == "e6" ? 8 : 6;
+}
+
+}  // namespace
+
+void try_input(const std::string& input) {
+  static const Tables tables;
+  put("l/in/log", input);
+  TradeStore store = tables.store;
+  HitProcessor processor(store, tables.traffic, tables.ratings, kCefLimit);
+  if (kOut) processor.process_out_file("l/in/log");
+  if (!kOut) processor.process_in_file("l/in/log");
+
+  const auto pieces = getline_pieces(lowered(input));
+  std::int32_t hits[13] = {};
+  TrafficCounters sums;  // what the counts of all entries must add up to
+  for (std::size_t i = 0; i < pieces.size(); ++i) {
+    const std::size_t field = i % kLength;
+    const std::string& piece = pieces[i];
+    if (field == 2) ++hits[position_of(store, piece)];
+    if (field == 3) ++sums[slot::out];
+    if (field == 3 && piece == "1") ++sums[slot::ctg];
+    if (field == 4 && piece == "0") ++sums[slot::uin];
+    if (field == 7 && std::atoi(piece.c_str()) <= kCefLimit) ++sums[slot::cef];
+    if (field == 8 && !piece.empty()) ++sums[slot::rec];
+    if (field == 8 && !piece.empty() && !kOut) ++hits[reserved::kMarked];
+  }
+  for (std::size_t i = 0; i < store.works.size(); ++i) {
+    const TradeWork& work = store.works[i];
+    require(work.run[kOut ? slot::clk : slot::rin] == hits[i], "a hit counts where its name says");
+    require(work.hits_left >= 0 && work.hits_left == store.trades[i].hits_left, "guarantees");
+    subtract(sums, work.run);
+  }
+  require(kOut || sums[slot::uin] == 0, "unique hits");
+  require(!kOut || (sums[slot::out] == 0 && sums[slot::ctg] == 0), "clicks");
+  require(!kOut || (sums[slot::cef] == 0 && sums[slot::rec] == 0), "kinds of clicks");
+}
+
+}  // namespace vantrel::fuzz

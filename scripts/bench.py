@@ -1,0 +1,234 @@
+#!/usr/bin/env python3
+"""Measures the maintenance run against the floor under it: the unavoidable input and output.
+
+    cmake --preset bench && cmake --build build/bench
+    scripts/bench.py                          all presets
+    scripts/bench.py --preset site --pairs 21 --callgrind
+    scripts/bench.py --growth
+
+Program, floor and an empty process run in turn on the same site, with what a run changes put back
+in between, the files in the cache and the clock frozen in a minute in which no companion is due.
+CPU time is that of the process and its children, user and system; the start-up of the empty
+process is taken off every side. Medians, also of the ratios taken pair by pair. The floor counts
+bars as fast as the machine can, the plain floor as a straightforward program does; hits/s are
+records by CPU time; MiB is the peak memory of the run.
+"""
+import argparse
+import math
+import os
+import re
+import shutil
+import statistics
+import subprocess
+import sys
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+# Pairs measured, and runs of each side that are summed to one measurement.
+PRESETS = {"small": (15, 10), "site": (15, 2), "big": (5, 1), "catchup": (5, 1)}
+SLOT = 56
+MINUTES = {"catchup": 60}
+# A doubling size in a site where the rest is small, so that the size itself is what costs.
+GROWTH = {
+    "hits": ["small", "trades=500", "agents=300", "proxies=5000"],
+    "trades": ["small", "days=365"],
+    "ranges": ["small"],
+    "days": ["small"],
+    "minutes": ["small", "trades=500", "hits=2000"],
+}
+GROWTH_SIZES = {
+    "hits": [10000, 20000, 40000, 80000],
+    "trades": [250, 500, 1000, 2000],
+    "ranges": [100000, 200000, 400000, 800000],
+    "days": [2000, 4000, 8000, 16000],
+    "minutes": [5, 10, 20, 40],
+}
+
+
+class Tools:
+    def __init__(self, build, program):
+        self.site = build / "bench" / "vantrel-bench-site"
+        self.floor = build / "bench" / "vantrel-floor"
+        self.empty = build / "bench" / "vantrel-empty"
+        self.measure = build / "bench" / "vantrel-measure"
+        self.clock = build / "bench" / "libfrozen-clock.so"
+        self.program = program or build / "vantrel-cron"
+
+
+class Site:
+    """A site on disk and the state that every measured run starts from."""
+
+    def __init__(self, tools, directory, options):
+        self.tools, self.directory = tools, directory
+        shutil.rmtree(directory, ignore_errors=True)
+        directory.parent.mkdir(parents=True, exist_ok=True)
+        made = subprocess.run([tools.site, directory, *options], check=True, capture_output=True)
+        self.now = int(made.stdout)
+        sizes = dict(option.split("=") for option in options if "=" in option)
+        self.minutes = int(sizes.get("minutes", MINUTES.get(options[0], 1)))
+        for script in directory.glob("sh_*.cgi"):
+            script.unlink()
+        self.records = sum(log.read_bytes().count(b"\n") for log in directory.glob("l/*/??-*"))
+        self.keep_state()
+        self.run(tools.program)
+        self.result = (directory / "d/t/sum").read_bytes()
+        if self.result == self.files["d/t/sum"]:
+            sys.exit("the program did not run")
+
+    def keep_state(self):
+        names = ["d/t/sum", "d/t/index", "d/set", "d/alerts"]
+        names += [f"l/sys/{path.name}" for path in (self.directory / "l/sys").iterdir()]
+        self.files = {name: (self.directory / name).read_bytes() for name in names}
+        minute = (self.now // 60 - self.minutes) % 1440
+        self.slots = []
+        for path in (self.directory / "d/t").iterdir():
+            if not re.fullmatch(r"-?\d+", path.name):
+                continue
+            with open(path, "rb") as file:
+                slot = os.pread(file.fileno(), SLOT, minute * SLOT)
+            self.slots.append((path, minute * SLOT, slot))
+
+    def restore(self):
+        for name, text in self.files.items():
+            (self.directory / name).write_bytes(text)
+        for path in (self.directory / "l/sys").iterdir():
+            if f"l/sys/{path.name}" not in self.files:
+                path.unlink()
+        for path, offset, slot in self.slots:
+            file = os.open(path, os.O_WRONLY)
+            os.pwrite(file, slot, offset)
+            os.close(file)
+
+    def run(self, program, *arguments):
+        """CPU seconds, wall seconds and peak MiB of one run from the state kept."""
+        self.restore()
+        command = [self.tools.measure, str(self.now), self.tools.clock, self.directory, program]
+        done = subprocess.run([*command, *arguments], check=True, stdout=subprocess.PIPE,
+                              stderr=subprocess.DEVNULL)
+        cpu, wall, peak = done.stdout.split()
+        return int(cpu) / 1e6, int(wall) / 1e6, int(peak) / 1024
+
+    def run_program(self):
+        figures = self.run(self.tools.program)
+        if (self.directory / "d/t/sum").read_bytes() != self.result:
+            sys.exit("two runs from the same state left different summaries")
+        return figures
+
+    def run_floor(self, *arguments):
+        return self.run(self.tools.floor, str(self.minutes), *arguments)
+
+    def instructions(self):
+        self.restore()
+        environment = dict(os.environ, FROZEN_CLOCK=str(self.now), TZ="UTC",
+                           LD_PRELOAD=str(self.tools.clock))
+        command = ["valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null"]
+        done = subprocess.run([*command, self.tools.program], cwd=self.directory, env=environment,
+                              check=True, capture_output=True, text=True)
+        return int(re.search(r"Collected : (\d+)", done.stderr).group(1))
+
+
+def mean_of(runs):
+    """CPU and wall of several runs averaged, and the highest peak."""
+    return (statistics.mean(run[0] for run in runs), statistics.mean(run[1] for run in runs),
+            max(run[2] for run in runs))
+
+
+def measure(site, pairs, repeat, flush):
+    """A list of (program, floor, plain floor) figures, CPU without the start-up of a process."""
+    flags = ["flush"] if flush else []
+    figures = []
+    for _ in range(pairs):
+        runs = [(site.run(site.tools.empty), site.run_program(), site.run_floor(*flags),
+                 site.run_floor("plain", *flags)) for _ in range(repeat)]
+        empty, *sides = (mean_of(side) for side in zip(*runs))
+        figures.append([(max(side[0] - empty[0], 1e-6), *side[1:]) for side in sides])
+    return figures
+
+
+def cpu_of(figures, side):
+    return statistics.median(row[side][0] for row in figures)
+
+
+def report_preset(tools, name, options):
+    site = Site(tools, options.sites.resolve() / name, [name])
+    pairs, repeat = PRESETS[name]
+    figures = measure(site, options.pairs or pairs, repeat, options.flush)
+    ratios = [[program[0] / floors[side][0] for program, *floors in figures] for side in (0, 1)]
+    cpu, floor, plain = (cpu_of(figures, side) for side in range(3))
+    wall = statistics.median(program[1] for program, *_ in figures)
+    peak = max(program[2] for program, *_ in figures)
+    print(f"{name:8} {site.records:8} {cpu * 1e3:8.2f} {floor * 1e3:8.2f} {plain * 1e3:8.2f}"
+          f" {statistics.median(ratios[0]):6.2f} {statistics.median(ratios[1]):6.2f}"
+          f" {wall * 1e3:8.2f} {peak:7.1f} {site.records / cpu:9.0f}", end="")
+    if options.callgrind:
+        print(f" {site.instructions() / site.records:9.0f}", end="")
+    print()
+    if options.verbose:
+        for label, side in zip(("floor", "plain"), ratios):
+            print(f"         pair by pair to {label}: " + " ".join(f"{r:.2f}" for r in side))
+    sys.stdout.flush()
+
+
+def report_presets(tools, options):
+    print(f"{'':8} {'':8} {'CPU ms':^26} {'ratio to':^13}")
+    print("preset    records      run    floor    plain  floor  plain  wall ms     MiB    hits/s"
+          + (" instr/hit" if options.callgrind else ""))
+    for name in options.preset:
+        report_preset(tools, name, options)
+
+
+def exponent(sizes, values):
+    """The slope of the straight line through the logarithms."""
+    xs, ys = [math.log(size) for size in sizes], [math.log(value) for value in values]
+    return statistics.linear_regression(xs, ys).slope
+
+
+def exponent_of_growth(values):
+    """e of a + b * size^e through four doublings: a, the part that does not grow, drops out."""
+    first, last = values[1] - values[0], values[3] - values[2]
+    return f"{math.log(last / first, 4):8.2f}" if first > 0 and last > 0 else f"{'-':>8}"
+
+
+def report_growth(tools, options):
+    for name, sizes in GROWTH_SIZES.items():
+        rows = []
+        for size in sizes:
+            directory = options.sites.resolve() / f"growth-{name}"
+            site = Site(tools, directory, [*GROWTH[name], f"{name}={size}"])
+            figures = measure(site, options.pairs or 7, 1, options.flush)
+            rows.append([cpu_of(figures, 0), cpu_of(figures, 1),
+                         max(program[2] for program, *_ in figures)])
+            if options.callgrind:
+                rows[-1].append(site.instructions() / 1e6)
+            shutil.rmtree(directory)
+        print(f"\n{name:12}" + "".join(f" {size:>9}" for size in sizes)
+              + "  exponent  growing part")
+        labels = ["cpu ms", "floor ms", "peak MiB", "M instr"]
+        for label, values in zip(labels, zip(*rows)):
+            scale = 1e3 if label.endswith(" ms") else 1
+            print(f"  {label:10}" + "".join(f" {value * scale:9.2f}" for value in values)
+                  + f"  {exponent(sizes, values):8.2f}   {exponent_of_growth(values)}", flush=True)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__,
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--preset", nargs="+", choices=PRESETS, default=list(PRESETS))
+    parser.add_argument("--pairs", type=int, help="measurements of each side")
+    parser.add_argument("--growth", action="store_true", help="the growth table instead")
+    parser.add_argument("--callgrind", action="store_true", help="instructions too (valgrind)")
+    parser.add_argument("--flush", action="store_true",
+                        help="a floor that flushes its summary to disk, as the run does")
+    parser.add_argument("--verbose", action="store_true", help="the ratio of every pair")
+    parser.add_argument("--sites", type=Path, default=ROOT / "build" / "bench-sites",
+                        help="where the sites are made; a memory disk takes the disk's part out")
+    parser.add_argument("--build", type=Path, default=ROOT / "build" / "bench")
+    parser.add_argument("--program", type=Path, help="instead of the build's vantrel-cron")
+    options = parser.parse_args()
+    program = options.program.resolve() if options.program else None
+    tools = Tools(options.build.resolve(), program)
+    (report_growth if options.growth else report_presets)(tools, options)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,102 @@
+#!/usr/bin/env python3
+"""Reads d/out.lst without pause while real runs rewrite it, longer and shorter in turn.
+
+    readers.py BUILD_DIRECTORY [--short] [--truncating]
+
+No reader may ever see an empty list, one shorter than the shorter of the two, or one cut within an
+entry. --truncating lets a program that cuts the file and then writes it take the place of the runs:
+the check must then fail. 1,000 runs, 100 with --short. Needs python3 and a C++ compiler (for the clock).
+"""
+import multiprocessing
+import os
+import sys
+import tempfile
+
+import layout
+from layout import CLOCK, ENTRY, HEADER
+
+
+def prepare(site):
+    """A site in which only a switch of the trades decides how many of them are listed."""
+    layout.lay_out(site, companions=False)
+    names = ['trade%d.example' % i for i in range(60)]
+    trades = layout.usual_trades()[:layout.RESERVED]
+    trades += [(100 + i, name, {}) for i, name in enumerate(names)]
+    layout.set_index(site, trades)
+    return trades
+
+
+def switch_off(site, trades, every):
+    """Takes all but every n-th trade from the list."""
+    records = [layout.trade(i, name, **({'_880': 0} if i >= 100 and i % every else {}))
+               for i, name, _ in trades]
+    layout.write(site, 'd/t/index', b''.join(records))
+
+
+def keep_off(site, moment):
+    """What makes room for the next run: no synchronisation, no double run."""
+    layout.write(site, 'l/sys/cron.run', layout.stamp(moment - 60, '%m%d%H%M', 'UTC') + '\n')
+
+
+def read_on(path, shortest, pipe):
+    """Reads the list, whole in one read, until the other end of the pipe says something."""
+    kinds = dict.fromkeys(('reads', 'empty', 'short', 'ragged', 'with an unwritten entry'), 0)
+    while kinds['reads'] % 64 or not pipe.poll():
+        file = os.open(path, os.O_RDONLY)
+        data = os.read(file, 1 << 20)
+        os.close(file)
+        size = len(data)
+        kinds['reads'] += 1
+        kinds['empty'] += size == 0
+        kinds['short'] += size < shortest
+        kinds['ragged'] += size >= HEADER and (size - HEADER) % ENTRY != 0
+        kinds['with an unwritten entry'] += data[-ENTRY:] == bytes(ENTRY)
+    pipe.send(kinds)
+
+
+def main():
+    arguments = [a for a in sys.argv[1:] if not a.startswith('--')]
+    if len(arguments) != 1:
+        sys.exit(__doc__)
+    runs = 100 if '--short' in sys.argv else 1000
+    program = layout.program_in(arguments[0])
+    score = layout.Score()
+    # On a real disk: the promise is about the file systems sites lie on.
+    with tempfile.TemporaryDirectory(prefix='vantrel.') as folder:
+        site = os.path.join(folder, 'site')
+        trades = prepare(site)
+        lengths = []
+        pipe, other = multiprocessing.Pipe()
+        child = None
+        try:
+            for i in range(runs + 2):
+                moment = CLOCK + 60 * i
+                switch_off(site, trades, 4 if i % 2 else 1)
+                keep_off(site, moment)
+                before = layout.read(site, 'd/out.lst')
+                if '--truncating' in sys.argv and i >= 2:
+                    layout.write(site, 'd/out.lst', layout.list_of(60 if i % 2 else 15, 1))
+                elif layout.run(program, site, moment) != 0:
+                    sys.exit('a run failed')
+                lengths.append(len(layout.read(site, 'd/out.lst')))
+                if i == 1:
+                    child = multiprocessing.Process(
+                        target=read_on, args=(site + '/d/out.lst', min(lengths), other))
+                    child.start()
+                if i >= 2 and len(before) == lengths[-1]:
+                    sys.exit('the list keeps its length: the runs prove nothing')
+        finally:
+            if child:
+                pipe.send('enough')
+                counted = pipe.recv()
+                child.join()
+        print('%d runs, lists of %d and %d bytes: %s' % (
+            runs, min(lengths), max(lengths), ', '.join('%d %s' % (n, k) for k, n in
+                                                        counted.items())))
+        score.add('enough reads', [] if counted['reads'] > 5 * runs else ['too few'])
+        for kind in ('empty', 'short', 'ragged'):
+            score.add('no %s list' % kind, ['%d' % counted[kind]] if counted[kind] else [])
+    score.finish()
+
+
+main()

@@ -1,0 +1,330 @@
+#!/usr/bin/env python3
+"""Walks a run that does everything from call to call and lets each of them go wrong.
+
+    walk.py BUILD_DIRECTORY [--short] [MODE ...]
+
+Modes, all by default:
+  kill    SIGKILL on entering each system call of the run
+  full    every write from the n-th on fails with ENOSPC, for every n; once more with the calls
+          that a full disk can fail besides (ftruncate, fsync, rename)
+  single  each single call fails, with EIO, EACCES and EMFILE
+  short   every write takes one byte; the n-th write takes one byte and all later ones ENOSPC
+  memory  each single allocation fails; all allocations from the n-th on fail
+
+After each case the files that cannot be rebuilt must be whole, and the next run, a minute later and
+without the fault, must work with no repair. Needs strace, python3 and a C++ compiler (Debian
+packages strace, python3, g++). --short takes a sample of the cases. Two cases run at a time.
+"""
+import collections
+import concurrent.futures
+import itertools
+import os
+import re
+import shutil
+import struct
+import sys
+
+import layout
+from layout import CLOCK, HITS_LEFT, HOURS_LEFT, RECORD, STATISTICS
+
+# The run that does everything: a minute of the day, and whether the outgoing list grows. The one
+# in the evening writes the history and a backup, the other one removes old backups.
+Scene = collections.namedtuple('Scene', 'name clock grows')
+SCENES = [Scene('23:59', CLOCK, False), Scene('23:20', CLOCK - 39 * 60, True)]
+
+WRITES = ('write', 'pwrite64')
+FULL = WRITES + ('ftruncate', 'fsync', 'rename')
+SINGLE = FULL + ('openat', 'close', 'fchmod', 'fchown', 'unlink', 'clone3', 'clone', 'fork',
+                 'vfork', 'pipe2', 'fcntl')
+READS = ('pread64', 'read', 'getdents64', 'newfstatat')
+ERRORS = ('EIO', 'EACCES', 'EMFILE')
+
+# Replaced through a second file; the rest stays in place.
+REPLACED = ('d/t/sum', 'd/set')
+
+# What a failing call on a file is reported as: subject and level.
+OPENED = [('d/t/index', 'd/t/index', '1'), ('d/t/sum', 'd/t/sum', '1'),
+          (r'd/t/\d+', None, '1'), ('d/ds', 'd/ds', '0'), ('d/jb', 'd/t/jb', '0'),
+          ('d/proxy', 'd/proxy', '0'), ('d/ip.psv', 'ip.psv', '1'), (r'd/\w+\.rating', None, '1'),
+          ('d/set', 'd/set', '1'), (r'd/out\.(set|mod)', None, '1'), ('d/caps', 'd/caps', '0'),
+          ('d/alerts', 'd/alerts', '0'), (r'd/h/[a-z0-9.]+\d?(example|\d)\.his', None, '0')]
+WRITTEN = [('l/hdd.check', 'unable to perform hdd check', '1'), ('d/t/index', 'd/t/index', '1'),
+           (r'd/t/\d+', None, '0'), (r'd/t/sum(\.new)?', 'd/t/sum', '1'),
+           ('d/out.lst', 'd/out.lst', '0'), (r'd/alerts(\.new)?', 'd/alerts', '0'),
+           (r'd/h/.*\.his', None, '0')]
+
+Call = collections.namedtuple('Call', 'name nth path writing text')
+
+
+def calls_of(trace):
+    """The system calls of a traced run behind the loader's, each with its number among those of its
+    name, the file it is about, and whether it has to do with writing that file."""
+    calls, counts, started, writable = [], collections.Counter(), False, {}
+    for line in trace:
+        found = re.match(r'(\w+)\((.*)', line)
+        if not found:
+            continue
+        name, text = found.groups()
+        counts[name] += 1
+        started = started or name == 'fcntl'
+        if not started:
+            continue
+        if name in ('openat', 'unlink', 'rename'):
+            path = re.search(r'"([^"]*)"', text)
+            path = path.group(1) if path else ''
+        else:
+            path = re.match(r'\d+<([^>]*)>', text)
+            path = path.group(1) if path else ''
+        path = re.sub(r'^.*?/site/', '', path)
+        if name == 'openat':
+            writable[path] = 'O_RDWR' in text or 'O_WRONLY' in text
+        writing = name in FULL or (name in ('openat', 'close') and writable.get(path, False))
+        calls.append(Call(name, counts[name], path, writing, text[:70]))
+    return calls
+
+
+class Walker:
+    def __init__(self, program, scene, folder):
+        self.program, self.scene, self.folder = program, scene, folder
+        self.numbers = itertools.count()
+        self.lost = 0  # cases in which the minute the run was to count is counted by no run
+        self.template = os.path.join(folder, scene.name, 'site')
+        layout.lay_out(self.template, scene.clock)
+        layout.at_work_everywhere(self.template, scene.clock, scene.grows)
+        self.old = layout.tree(self.template)
+        self.calls = self.traced()
+        site = self.fresh()
+        assert layout.run(program, site, scene.clock) == 0
+        self.new = layout.tree(site)
+        self.check_scene()
+        shutil.rmtree(os.path.dirname(site))
+
+    def fresh(self):
+        site = os.path.join(self.folder, '%s.%d' % (self.scene.name, next(self.numbers)), 'site')
+        shutil.copytree(self.template, site)
+        return site
+
+    def traced(self):
+        site = self.fresh()
+        trace = os.path.join(site, 'trace')
+        assert layout.run(self.program, site, self.scene.clock,
+                          tracer=('strace', '-y', '-o', trace)) == 0
+        with open(trace, errors='replace') as f:
+            calls = calls_of(f)
+        shutil.rmtree(os.path.dirname(site))
+        return calls
+
+    def check_scene(self):
+        """The run must really do everything, or the walk would prove less than it says."""
+        files = ['d/t/index', 'd/t/sum', 'd/t/11', 'd/set', 'd/alerts', 'd/out.lst', 'mail.out',
+                 'l/sys/cron.run']
+        if not self.scene.grows:
+            files += ['d/h/all.his', 'd/h/alpha.example.his', 'd/backup/24-135-23.tar.gz']
+        for name in files:
+            assert self.new[name] != self.old.get(name), name + ' did not change'
+        shorter = len(self.new['d/out.lst']) < len(self.old['d/out.lst'])
+        assert shorter != self.scene.grows
+        assert not self.scene.grows or 'd/backup/93' not in self.new
+
+    def case(self, what, exact, event=None, tracer=(), status=0, said=False, **variables):
+        """Runs one case; what is wrong afterwards. said: a run that did not do all of its work must
+        have said so."""
+        site = self.fresh()
+        got = layout.run(self.program, site, self.scene.clock, tracer=tracer, **variables)
+        wrong = [] if got == status else ['exit status %s instead of %s' % (got, status)]
+        wrong += self.after_fault(site, exact)
+        if event and not self.reported(site, *event) and not self.complete(site):
+            wrong.append('no event %s of level %s' % event)
+        if said and not layout.events(site) and not self.complete(site):
+            wrong.append('neither the whole work nor an event')
+        wrong += self.after_next_run(site)
+        shutil.rmtree(os.path.dirname(site))
+        return '%s %s' % (self.scene.name, what), wrong
+
+    def reported(self, site, subject, level):
+        return any(s.startswith(subject) and lv == level for s, lv in layout.events(site))
+
+    def complete(self, site):
+        now = layout.tree(site)
+        return all(now.get(name) == data for name, data in self.new.items()
+                   if not name.endswith(('.log', '.gz')))
+
+    def either(self, name, data):
+        return data == self.old[name] or data == self.new[name]
+
+    def after_fault(self, site, exact):
+        """exact: a file is the old or the new one. Otherwise a fault may have changed what the run
+        knows, and the new file may be another one, but a whole one."""
+        wrong, now = [], layout.tree(site)
+        for name in self.old:
+            if name not in now and name in self.new and (exact or 'backup' not in name):
+                wrong.append(name + ' is gone')
+        if wrong:
+            return wrong
+        if not self.either('d/set', now['d/set']):
+            wrong.append('d/set is neither old nor new')
+        for name, whole in (('d/t/sum', layout.summary(site) is not None and
+                             len(layout.summary(site)) == len(layout.usual_trades())),
+                            ('d/alerts', now['d/alerts'].count(b'|') == 15)):
+            if not (self.either(name, now[name]) or (whole and not exact)):
+                wrong.append(name + ' is neither old nor new')
+        return wrong + self.index(now) + self.list(now, exact) + self.others(now, exact)
+
+    def index(self, now):
+        old, new, got = (x['d/t/index'] for x in (self.old, self.new, now))
+        if len(got) != len(old):
+            return ['d/t/index has %d bytes' % len(got)]
+        wrong = []
+        for i in range(0, len(got), RECORD):
+            records = [x[i:i + RECORD] for x in (old, new, got)]
+            counters = [struct.unpack_from('<i', x, at)[0] for at in (HITS_LEFT, HOURS_LEFT)
+                        for x in records]
+            other = [x[:HITS_LEFT] + x[HITS_LEFT + 4:HOURS_LEFT] + x[HOURS_LEFT + 4:]
+                     for x in records]
+            if (counters[2] not in counters[:2] or counters[5] not in counters[3:5] or
+                    other[2] != other[0]):
+                wrong.append('record %d of d/t/index is neither old nor new' % (i // RECORD))
+        return wrong
+
+    def list(self, now, exact):
+        old, new, got = (x['d/out.lst'] for x in (self.old, self.new, now))
+        if len(got) < min(len(old), len(new)):
+            return ['d/out.lst has only %d bytes' % len(got)]
+        found = layout.entries(got)
+        if found is None:
+            return ['d/out.lst is cut within an entry']
+        known = {bytes(layout.ENTRY), *layout.entries(old), *layout.entries(new)}
+        if exact and (not set(found) <= known or
+                      got[:layout.HEADER] not in (old[:layout.HEADER], new[:layout.HEADER])):
+            return ['an entry of d/out.lst is neither old nor new']
+        return []
+
+    def others(self, now, exact):
+        wrong = []
+        for name, data in now.items():
+            if data is None:
+                continue
+            if re.fullmatch(r'd/t/\d+', name) and len(data) != STATISTICS:
+                wrong.append('%s has %d bytes' % (name, len(data)))
+            elif name.startswith('d/h/') and not data.startswith(self.old[name]):
+                wrong.append(name + ' lost records')
+            elif exact and name.startswith('d/h/') and not self.either(name, data):
+                wrong.append(name + ' is neither old nor new')
+            elif name not in self.old and name not in self.new and name not in (
+                    'd/t/sum.new', 'd/set.new', 'd/alerts.new'):
+                wrong.append('%s was left behind' % name)
+        stamps = now['l/sys/cron.run'].split(b'\n')
+        if stamps[-1] or len(stamps) < 21 or any(len(s) != 8 for s in stamps[:-1]):
+            wrong.append('l/sys/cron.run is damaged')
+        return wrong
+
+    def after_next_run(self, site):
+        before = len(layout.events(site))
+        wrong = []
+        if layout.run(self.program, site, self.scene.clock + 60) != 0:
+            wrong.append('the next run ends with another status')
+        wrong += ['the next run reports %s' % s for s, level in layout.events(site)[before:]
+                  if level == '1']
+        now = layout.tree(site)
+        sums = layout.summary(site)
+        if sums is None or len(sums) != len(layout.usual_trades()):
+            wrong.append('d/t/sum is damaged after the next run')
+        elif sums[11][0] not in (9, 12):  # 9 before the run; its minute has 3 hits
+            wrong.append('%d hits of the run\'s minute counted' % (sums[11][0] - 9))
+        else:
+            self.lost += sums[11][0] == 9
+        if layout.entries(now['d/out.lst']) is None or len(now['d/out.lst']) != len(
+                self.new['d/out.lst']):
+            wrong.append('d/out.lst has another length after the next run')
+        if 'd/t/sum.new' in now:
+            wrong.append('d/t/sum.new is still there after the next run')
+        return wrong + self.index(now) + self.others(now, False)
+
+    # The modes: each gives the arguments of case() one after the other.
+
+    def kill(self):
+        for call in self.calls:
+            yield dict(what='killed at %s(%s' % (call.name, call.text), exact=True, status=-9,
+                       tracer=tracer((call.name, 'signal=SIGKILL', '%d' % call.nth)))
+
+    def full(self):
+        for names in (WRITES, FULL):
+            counts = collections.Counter(c.name for c in self.calls)
+            first = {n: next((c.nth for c in self.calls if c.name == n), 1) for n in names}
+            done = collections.Counter()
+            for call in self.calls:
+                if call.name not in names:
+                    continue
+                faults = [(n, 'error=ENOSPC', '%d+' % (first[n] + done[n])) for n in names
+                          if counts[n]]
+                done[call.name] += 1
+                yield dict(what='disk full from %s(%s' % (call.name, call.text), exact=False,
+                           tracer=tracer(*faults))
+
+    def single(self):
+        for call in self.calls:
+            errors = ERRORS if call.name in SINGLE else ('EIO',) if call.name in READS else ()
+            for error in errors:
+                yield dict(what='%s: %s(%s' % (error, call.name, call.text), exact=False,
+                           event=expected_event(call, error),
+                           tracer=tracer((call.name, 'error=' + error, '%d' % call.nth)))
+
+    def short(self):
+        yield dict(what='all writes of one byte', exact=True, SHORT_WRITE=-1)
+        for n in range(1, 1 + sum(c.name in WRITES for c in self.calls)):
+            yield dict(what='one byte of write %d, then a full disk' % n, exact=False,
+                       SHORT_WRITE=n)
+
+    def memory(self):
+        # Beyond the last allocation the run is undisturbed, which costs nothing but time.
+        for n in itertools.chain(range(1, 200), range(200, 1000, 5)):
+            yield dict(what='allocation %d fails' % n, exact=False, said=True, NO_MEMORY=n)
+            yield dict(what='no memory from allocation %d on' % n, exact=False, NO_MEMORY=-n)
+
+
+def tracer(*faults):
+    """strace as an injector of faults: (name of the call, what happens, which of them)."""
+    command = ['strace', '-qq', '-o', '/dev/null', '-e', 'signal=none',
+               '-e', 'trace=' + ','.join(name for name, _, _ in faults)]
+    for name, what, when in faults:
+        command += ['-e', 'inject=%s:%s:when=%s' % (name, what, when)]
+    return tuple(command)
+
+
+def expected_event(call, error):
+    """The event a failing call must be reported with, or None when the file has none."""
+    table = WRITTEN if call.writing else OPENED if call.name == 'openat' else []
+    if call.path.endswith('.new') and call.name == 'openat' and error == 'EACCES':
+        return None  # a folder that takes no new file: written in place instead
+    for pattern, subject, level in table:
+        if re.fullmatch(pattern, call.path):
+            # The old file is held open while it is replaced; only its own writing end matters.
+            if call.name == 'close' and call.path in REPLACED:
+                return None
+            return subject or call.path, level
+    return None
+
+
+def main():
+    arguments = [a for a in sys.argv[1:] if a != '--short']
+    short = '--short' in sys.argv
+    if not arguments:
+        sys.exit(__doc__)
+    program = layout.program_in(arguments[0])
+    modes = arguments[1:] or ['kill', 'full', 'single', 'short', 'memory']
+    step = {'kill': 7, 'full': 3, 'single': 41, 'short': 5, 'memory': 29} if short else {}
+    score = layout.Score()
+    with layout.scratch() as folder, concurrent.futures.ThreadPoolExecutor(2) as pool:
+        walkers = [Walker(program, scene, folder) for scene in SCENES]
+        for mode in modes:
+            cases = [(w, c) for w in walkers for c in getattr(w, mode)()][::step.get(mode, 1)]
+            before, lost = score.passed, sum(w.lost for w in walkers)
+            for name, wrong in pool.map(lambda wc: wc[0].case(**wc[1]), cases):
+                score.add(mode + ' ' + name, wrong)
+            print('%s: %d of %d cases as they should be; the minute was lost in %d' % (
+                mode, score.passed - before, len(cases), sum(w.lost for w in walkers) - lost),
+                flush=True)
+    score.finish()
+
+
+main()

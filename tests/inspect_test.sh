@@ -1,0 +1,256 @@
+#!/bin/bash
+# The inspector against whole sites: every view, the verdict of the doctor against what the run then
+# really does, and that nothing of a site changes, however damaged it is.
+#
+#   tests/inspect_test.sh BUILD_DIRECTORY
+#
+# Takes faketime and python3. Started as root it gives the sites to "nobody" and goes on as that
+# user, so that permissions count.
+set -u
+build=$(realpath "$1")
+work=$(mktemp -d)
+chmod 755 "$work"
+trap 'chmod -R u+rwx "$work"; rm -rf "$work"' EXIT
+export TZ=UTC
+now=1794833290 # 2026-11-16 12:48:10, a minute in which both periodic companion scripts start
+site=$work/site
+failures=0
+checks=0
+
+fail() { failures=$((failures + 1)); printf 'FAIL %s\n' "$*"; }
+as_owner=()
+if [ "$(id -u)" = 0 ]; then as_owner=(setpriv --reuid nobody --regid nogroup --clear-groups); fi
+at_clock() { NO_FAKE_STAT=1 "${as_owner[@]}" faketime -f "@2026-11-16 12:48:10" "$@"; }
+inspect() { at_clock "$build/vantrel-inspect" --site "$site" "$@"; }
+
+# Names, kinds, rights and times of everything, and the bytes of what is a file. The times are taken
+# before the bytes are read. Folders and links are left out of the times of access: looking moves them on.
+times() {
+  find "$site" \( -type f -o -type p \) -printf '%P %y %m %s %T@ %C@ %A@\n' \
+    -o -printf '%P %y %m %l %T@ %C@\n' | sort
+}
+bytes() { find "$site" -type f -exec sha256sum {} + | sort; }
+# An old time of access is one that a reader would move on.
+age() { find "$site" \( -type f -o -type p \) -exec touch -a -d '2026-01-01' {} +; }
+
+# untouched WHAT COMMAND...: the command leaves the site as it is; its status is in $status.
+untouched() {
+  local what=$1 bytes_before before
+  shift
+  bytes_before=$(bytes)
+  age
+  before=$(times)
+  "$@" >"$work/out" 2>"$work/err" </dev/null
+  status=$?
+  checks=$((checks + 1))
+  diff <(echo "$before") <(times) >"$work/diff" || fail "$what: changed $(head -3 "$work/diff")"
+  [ "$bytes_before" = "$(bytes)" ] || fail "$what: bytes changed"
+  [ "$status" -le 3 ] || fail "$what: status $status: $(head -3 "$work/err")"
+}
+
+fresh() {
+  [ -d "$site" ] && chmod -R u+rwx "$site"
+  rm -rf "$site"
+  cp -a "$work/model" "$site"
+}
+
+views=(list trades 'trades --sort in24' 'trade 20' events 'events 3' runs check)
+
+"$build/vantrel-sample-site" "$work/model" --at $now --minutes 3 --days 20 --ranges 200 >/dev/null ||
+  { echo "no sample site"; exit 1; }
+for script in sync hta top; do
+  printf '#!/bin/sh\necho %s >>ended\n' $script >"$work/model/sh_$script.cgi"
+  chmod 755 "$work/model/sh_$script.cgi"
+done
+[ "$(id -u)" = 0 ] && chown -R nobody:nogroup "$work/model"
+
+echo "== views"
+fresh
+for view in "${views[@]}"; do
+  untouched "$view" inspect $view
+  [ $status = 0 ] || fail "$view: status $status: $(tail -2 "$work/out" "$work/err")"
+  untouched "$view --json" inspect $view --json
+  python3 -c 'import json, sys; assert json.load(sys.stdin)["view"] == sys.argv[1]' \
+    "${view%% *}" <"$work/out" || fail "$view: JSON"
+  LC_ALL=C grep -q $'\x1b' "$work/out" && fail "$view: colours without a terminal"
+done
+lines=$("$build/vantrel-inspect" --help | awk 'length($0) > 80 { exit 1 } END { print NR }') &&
+  [ "$lines" -le 24 ] || fail "the help does not fit a screen"
+
+echo "== what the views say"
+value() { inspect $1 --json | python3 -c "import json, sys; d = json.load(sys.stdin)['data']; print($2)"; }
+expect() { [ "$2" = "$3" ] || fail "$1: '$2', not '$3'"; checks=$((checks + 1)); }
+fresh
+printf '11161240\n11161241\n11161242\n11161246\nrubbish\n11161247\n' >"$site/l/sys/cron.run"
+expect "gap of three minutes" "$(value runs '[s["minutes_missed_before"] for s in d["stretches"]], d["unreadable_lines"]')" "[0, 3] 1"
+printf '|202611161247|cron|1|d&#47;t&#47;20|0||||\n|202611161248|admin|7|some text|0||||\n' >"$site/l/sys/sys.log"
+expect "an event is explained" "$(value events '[(e["time"], e["subject"], e["consequence"], bool(e["remedy"])) for e in d["events"]]')" \
+  "[('2026-11-16 12:47', 'd/t/20', 'the run went on', True), ('2026-11-16 12:48', 'some text', '', False)]"
+expect "the last N events" "$(value 'events 1' 'len(d["events"])')" 1
+expect "sorted" "$(value 'trades --sort in24' '(lambda v: v == sorted(v, reverse=True))([t["in24"] for t in d["trades"]])')" True
+(cd "$site" && at_clock "$build/vantrel-cron")
+expect "shares" "$(value list 'round(sum(e["share_percent"] for e in d["entries"]))')" 100
+expect "name or id" "$(value 'trade 20' 'd["name"]')" "$(value "trade $(value 'trade 20' 'd["name"]')" 'd["name"]')"
+expect "windows" "$(value 'trade 20' 'd["last24"]["rin"]')" "$(value trades '[t["in24"] for t in d["trades"] if t["id"] == 20][0]')"
+expect "14 days" "$(value 'trade 20' 'len(d["days"]), len(d["hours"])')" "14 24"
+
+echo "== the doctor's verdict, and the run's"
+# status, what the finding names, and the defect; a run reaches its end unless the status is 2.
+while IFS='|' read -r expected finding defect; do
+  case $expected in '' | '#'*) continue ;; esac
+  fresh
+  (cd "$site" && "${as_owner[@]}" bash -c "$defect") || fail "cannot make the defect: $defect"
+  untouched "$defect" inspect check
+  [ "$status" = "$expected" ] || fail "$defect: status $status, not $expected: $(grep -v ^ok "$work/out")"
+  [ -z "$finding" ] || grep -v '^ok' "$work/out" | grep -qF -- "$finding" || fail "$defect: no finding '$finding'"
+  grep -qE '^(warning|fatal): .* -> ' "$work/out" || [ "$expected" = 0 ] || fail "$defect: no remedy"
+  case $defect in *d/sleep*) continue ;; esac
+  (cd "$site" && at_clock "$build/vantrel-cron" >/dev/null 2>&1)
+  ended=$([ -f "$site/ended" ] && echo yes || echo no)
+  wanted=$([ "$expected" = 2 ] && echo no || echo yes)
+  [ $ended = $wanted ] || fail "$defect: the run reached its end: $ended"
+done <<'TABLE'
+0||true
+0||rm d/se
+0||echo 60 >d/sleep
+1|d/sleep|echo 30 >d/sleep
+2|l/hdd.check|rm -f l/hdd.check; mkdir l/hdd.check
+2|l/hdd.check|rm -f l/hdd.check; ln -s /dev/full l/hdd.check
+2|l/hdd.check|touch l/hdd.check; chmod 400 l/hdd.check
+2|l/hdd.check|touch l/hdd.check; chmod 200 l/hdd.check
+2|l/hdd.check|rm -f l/hdd.check; chmod 555 l
+2|d/t/index|rm d/t/index
+2|d/t/index|chmod 000 d/t/index
+2|d/t/index|rm d/t/index; mkdir d/t/index
+2|d/t/index|truncate -s 8964 d/t/index
+2|d/t/index|chmod 444 d/t/index
+1|d/t/index|printf '\377' >>d/t/index; : >d/t/-1
+2|d/t/sum|rm d/t/sum
+2|d/t/sum|chmod 444 d/t/sum
+1|d/t/sum|sed -i 3d d/t/sum
+1|d/t/sum|sed -i '3s/|1|/|/; 3s/$/x/' d/t/sum
+1|d/t|chmod 555 d/t
+2|d/t/20|rm d/t/20
+2|d/t/20|chmod 000 d/t/20
+1|d/t/20|chmod 444 d/t/20
+1|d/t/20|truncate -s 1000 d/t/20
+1|d/t/20|rm d/t/20; mkdir d/t/20
+1|d/jb|rm d/jb
+1|d/h/site20|rm d/h/site20*.his
+1|d/h|chmod 555 d/h
+1|d/h/all.his|chmod 444 d/h/all.his
+1|d/ds|rm d/ds
+1|d/proxy|rm d/proxy
+2|d/traffic.set|rm d/traffic.set
+1|d/traffic.set|sed -i 36d d/traffic.set
+2|d/geo.rating|rm d/geo.rating
+1|d/geo.rating|rm d/geo.rating; mkdir d/geo.rating
+2|d/ip.psv|rm d/ip.psv
+1|d/ip.psv|: >d/ip.psv
+1|range 2 |sed -i '1{h;d};2{G}' d/ip.psv
+2|d/agent.rating|rm d/agent.rating
+2|d/request.rating|rm d/request.rating
+2|d/tags.rating|chmod 000 d/tags.rating
+2|d/set|rm d/set
+2|d/set|sed -i 6d d/set
+2|d/set|echo >>d/set
+1|d/set|chmod 444 d/set
+1|d: |chmod 555 d
+2|d/out.set|rm d/out.set
+1|d/out.set|: >d/out.set; sed -i 's/.*/|100|100|100|1|1|1|0|0|0||/' d/out.mod
+2|d/out.mod|rm d/out.mod
+1|d/caps|rm d/caps
+2|d/nm/track|rm d/nm/track
+1|d/out.lst|rm -f d/out.lst; mkdir d/out.lst
+1|d/out.lst|printf x >>d/out.lst
+1|d/alerts|rm d/alerts
+1|d/alerts|echo >>d/alerts
+1|no-such-mailer|sed -i 's/^|[^|]*|/|.\/no-such-mailer|/' d/alerts
+1|d/alerts|chmod 444 d/alerts
+1|sh_sync.cgi|rm sh_sync.cgi
+1|sh_top.cgi|chmod 644 sh_top.cgi
+1|d/backup|rmdir d/backup
+1|l/in|chmod 555 l/in
+1|l/out|rm -r l/out
+1|l/sys/cron.run|chmod 444 l/sys/cron.run
+1|l/sys/sys.log|rm -rf l/sys/sys.log; mkdir l/sys/sys.log
+1|scheduler|touch -d '2026-11-16 12:40' l/sys/cron.last
+1|scheduler|rm l/sys/cron.last
+1|scheduler|touch -d '2026-11-16 13:40' l/sys/cron.last
+TABLE
+
+echo "== damaged sites"
+# Every view in both forms; what is wrong with one is reported at once.
+all_views() {
+  local view form code text_code
+  for view in "${views[@]}"; do
+    for form in '' --json; do
+      inspect $view $form >"$work/view" 2>"$work/err"
+      code=$?
+      [ $code -le 2 ] || fail "damaged $1, $view $form: status $code: $(head -3 "$work/err")" >&3
+      [ -n "$form" ] || text_code=$code
+      [ $code = "$text_code" ] || fail "damaged $1, $view $form: status $code, without it $text_code" >&3
+      if [ -n "$form" ] && [ -s "$work/view" ]; then
+        python3 -m json.tool <"$work/view" >/dev/null || fail "damaged $1, $view: JSON" >&3
+      fi
+      LC_ALL=C grep -q $'[\x01-\x09\x0b-\x1f\x7f]' "$work/view" "$work/err" &&
+        fail "damaged $1, $view $form: control characters" >&3
+    done
+  done
+  true
+}
+exec 3>&1
+for seed in $(seq 20); do
+  fresh
+  python3 - "$site" "$seed" <<'PYTHON'
+import os, random, shutil, sys
+site, seed = sys.argv[1], int(sys.argv[2])
+r = random.Random(seed)
+files = sorted(os.path.join(d, n) for d, _, names in os.walk(site) for n in names if '/l/in' not in d)
+core = [os.path.join(site, p) for p in ('d/t/index', 'd/t/sum', 'd/out.lst', 'd/set', 'd/alerts',
+                                        'l/sys/cron.run', 'd/t/20', 'd/ip.psv')]
+for path in r.sample(core, 4) + r.sample(files, 12):
+    if not os.path.isfile(path) or os.path.islink(path):
+        continue
+    kind = r.randrange(8)
+    data = bytearray(open(path, 'rb').read())
+    if kind == 0:
+        data = data[:r.randrange(len(data) + 1)]
+    elif kind == 1:
+        data = bytearray(r.randbytes(r.randrange(5000)))
+    elif kind == 2:
+        for _ in range(len(data) // 8):
+            data[r.randrange(len(data))] = r.randrange(256)
+    elif kind == 3:
+        data = b'|' * r.randrange(100000)
+    elif kind == 4:
+        data = bytes(data).replace(b'1', b'-99999999999999999999')
+    if kind <= 4:
+        open(path, 'wb').write(data)
+        continue
+    os.remove(path)
+    if kind == 5:
+        os.mkdir(path)
+    elif kind == 6:
+        os.mkfifo(path)
+    else:
+        os.symlink(r.choice([os.path.basename(path), '/dev/zero', '/dev/full', 'nowhere']), path)
+PYTHON
+  printf '%s' "$(head -c 3000 /dev/urandom | tr -d '\0')" >"$site/l/sys/sys.log"
+  [ "$(id -u)" = 0 ] && chown -Rh nobody:nogroup "$site"
+  untouched "damaged $seed" all_views "$seed"
+done
+
+echo "== wrong usage"
+fresh
+for usage in '' 'lists' '--no-such-option' 'trade' 'events many' 'trades --sort colour' 'list --site /no/such/folder'; do
+  untouched "usage '$usage'" inspect $usage
+  [ "$status" = 3 ] || fail "usage '$usage': status $status"
+done
+for missing in 'trade nobody-of-that-name' 'trade 99999'; do
+  untouched "$missing" inspect $missing
+  [ "$status" = 1 ] || fail "$missing: status $status"
+done
+
+echo "$checks checks, $failures failures"
+[ $failures = 0 ]

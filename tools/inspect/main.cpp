@@ -1,0 +1,110 @@
+// vantrel-inspect: shows a site to its webmaster and finds what keeps the maintenance run from its
+// work. Reads only; no byte and no timestamp of the site changes.
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+#include <string>
+
+#include "site.h"
+#include "views.h"
+
+namespace {
+
+using namespace vantrel::inspect;
+
+enum ExitStatus { kFine = 0, kUnavailable = 1, kWrongUsage = 3 };
+
+struct Options {
+  std::string site = ".";
+  bool json = false;
+  std::string sort_column;
+  bool reverse = false;
+  std::string trade;
+  std::size_t event_count = 20;
+};
+
+void add_commands(CLI::App& app, Options& options) {
+  app.require_subcommand(1);
+  app.fallthrough();
+  app.set_help_flag("-h,--help", "Show this help, or that of a command");
+  app.add_option("--site", options.site, "Directory of the site, instead of the current one")
+      ->type_name("DIR");
+  app.add_flag("--json", options.json, "Print the view as JSON");
+  app.add_subcommand("list", "The outgoing list as visitors will see it");
+  CLI::App* trades = app.add_subcommand("trades", "All trades and their traffic");
+  trades->add_option("--sort", options.sort_column, "Sort by a column, by its title")
+      ->type_name("COLUMN");
+  trades->add_flag("--reverse", options.reverse, "The other way round");
+  CLI::App* trade = app.add_subcommand("trade", "Everything about one trade");
+  trade->add_option("trade", options.trade, "Its name or id")->required()->type_name("NAME|ID");
+  CLI::App* events = app.add_subcommand("events", "The last lines of the event log, explained");
+  events->add_option("count", options.event_count, "How many (20)")->type_name("N");
+  app.add_subcommand("runs", "The run history and its gaps");
+  app.add_subcommand("check", "Would the next run reach its end?");
+  app.footer(
+      "Exit status: 0 fine; 1 check: something is off, other views: not available;\n"
+      "2 check: the run would end early; 3 wrong usage.");
+}
+
+struct View {
+  Json (*collect)(const Options& options);
+  void (*print)(const Json& view);
+};
+
+View view_of(const std::string& command) {
+  if (command == "list") return {[](const Options&) { return list_view(); }, print_list};
+  if (command == "trades") {
+    return {[](const Options& o) { return trades_view(o.sort_column, o.reverse); }, print_trades};
+  }
+  if (command == "trade")
+    return {[](const Options& o) { return trade_view(o.trade); }, print_trade};
+  if (command == "events") {
+    return {[](const Options& o) { return events_view(o.event_count); }, print_events};
+  }
+  if (command == "runs") return {[](const Options&) { return runs_view(); }, print_runs};
+  return {[](const Options&) { return check_view(); }, print_check};
+}
+
+int show(const std::string& command, const Options& options) {
+  const View view = view_of(command);
+  const Json data = view.collect(options);
+  if (options.json) {
+    // Escaped to ASCII, so that no byte of a damaged file reaches the terminal.
+    std::cout << Json({{"view", command}, {"data", data}})
+                     .dump(2, ' ', true, Json::error_handler_t::replace)
+              << '\n';
+  } else {
+    view.print(data);
+  }
+  return data.value("status", static_cast<int>(kFine));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app("Looks at a site of the maintenance run without changing it.", "vantrel-inspect");
+  Options options;
+  add_commands(app, options);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? kFine : kWrongUsage;
+  }
+  if (::chdir(options.site.c_str()) != 0) {
+    std::cerr << "vantrel-inspect: there is no directory " << printable(options.site) << '\n';
+    return kWrongUsage;
+  }
+  try {
+    return show(app.get_subcommands().front()->get_name(), options);
+  } catch (const WrongUsage& error) {
+    std::cerr << "vantrel-inspect: " << error.reason << '\n';
+    return kWrongUsage;
+  } catch (const Unavailable& error) {
+    std::cerr << "vantrel-inspect: " << error.reason << '\n';
+  } catch (const std::exception& error) {
+    std::cerr << "vantrel-inspect: " << error.what() << '\n';
+  }
+  return kUnavailable;
+}

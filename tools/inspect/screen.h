@@ -1,0 +1,47 @@
+// What the views print with: tables, bars and colours for people, one JSON form for programs.
+#pragma once
+
+#include <ctime>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vantrel::inspect {
+
+// Keys keep the order in which they are documented.
+using Json = nlohmann::ordered_json;
+
+// Any bytes as one line for a terminal: what is neither ASCII nor valid UTF-8, and every control
+// character, becomes a question mark.
+[[nodiscard]] std::string printable(std::string_view text);
+
+// Colours and bars are for terminals only; NO_COLOR in the environment turns colours off.
+[[nodiscard]] bool has_bars();
+enum class Colour { red, yellow, green, faint, bold };
+[[nodiscard]] std::string coloured(Colour colour, const std::string& text);
+
+// A bar for a share from 0 to 1, empty where there are no bars.
+[[nodiscard]] std::string bar(double share, std::size_t width = 24);
+
+// A right-aligned column holds numbers.
+struct Column {
+  std::string title;
+  bool right = false;
+};
+// Rows may end before the last column; the last column is not filled up.
+void print_table(const std::vector<Column>& columns,
+                 const std::vector<std::vector<std::string>>& rows);
+
+[[nodiscard]] std::string number_text(double value);
+// A JSON value as a cell: texts printable, numbers short, null as a dash.
+[[nodiscard]] std::string cell(const Json& value);
+
+// "2026-11-16 12:50"
+[[nodiscard]] std::string time_text(std::time_t moment);
+// "3 minutes", "2 hours", "5 days"
+[[nodiscard]] std::string duration_text(std::time_t seconds);
+// "1 trade", "2 trades"
+[[nodiscard]] std::string counted(std::size_t count, std::string_view noun);
+
+}  // namespace vantrel::inspect
