@@ -54,22 +54,26 @@ class FirstIndex {
   // holds, which may be changed until the next key is added.
   std::int32_t& add(const Key& key, std::int32_t position) {
     if ((count_ + 1) * 2 > slots_.size()) grow();
-    Slot& slot = slots_[slot_of(key)];
+    const std::uint64_t hash = hash_key(key);
+    Slot& slot = slots_[slot_of(key, hash)];
     if (slot.position == kNone) {
-      slot = {key, position};
+      slot = {key, position, static_cast<std::uint32_t>(hash)};
       ++count_;
     }
     return slot.position;
   }
 
   // kNone when the key was never added.
-  [[nodiscard]] std::int32_t find(const Key& key) const { return slots_[slot_of(key)].position; }
+  [[nodiscard]] std::int32_t find(const Key& key) const {
+    return slots_[slot_of(key, hash_key(key))].position;
+  }
   [[nodiscard]] bool contains(const Key& key) const { return find(key) != kNone; }
 
  private:
   struct Slot {
     Key key{};
     std::int32_t position = kNone;
+    std::uint32_t hash = 0;  // its lower half: tells most other keys apart without a look at them
   };
 
   void resize(std::size_t keys) {
@@ -90,11 +94,14 @@ class FirstIndex {
   }
 
   // Where the key stands, or the free slot where it would.
-  [[nodiscard]] std::size_t slot_of(const Key& key) const {
+  [[nodiscard]] std::size_t slot_of(const Key& key, std::uint64_t hash) const {
     const std::size_t mask = slots_.size() - 1;
     // The upper bits: a multiplication carries every difference there.
-    std::size_t i = static_cast<std::size_t>(hash_key(key) >> shift_);
-    while (slots_[i].position != kNone && slots_[i].key != key) i = (i + 1) & mask;
+    std::size_t i = static_cast<std::size_t>(hash >> shift_);
+    while (slots_[i].position != kNone &&
+           !(slots_[i].hash == static_cast<std::uint32_t>(hash) && slots_[i].key == key)) {
+      i = (i + 1) & mask;
+    }
     return i;
   }
 

@@ -10,7 +10,7 @@ namespace vantrel {
 namespace {
 
 constexpr std::size_t kNotFound = ~std::size_t{0};
-constexpr int kBlockBits = 20;
+constexpr int kBlockBits = 18;
 constexpr std::size_t kBlocks = std::size_t{1} << (32 - kBlockBits);
 
 // Eight characters at once, if all of them are digits; the first is the lowest byte.
@@ -163,20 +163,17 @@ void IpTable::parse() {
   // A range has at least four bars. Memory that is never written costs nothing.
   constexpr std::size_t kShortestRange = 4;
   const std::size_t most = file_.size() / kShortestRange + 1;
-  first_ = std::make_unique_for_overwrite<std::uint32_t[]>(most);
-  ends_ = std::make_unique_for_overwrite<RangeEnd[]>(most);
+  ranges_ = std::make_unique_for_overwrite<Range[]>(most);
   CountryNumbers countries(countries_, file_);
   // Local, so that the loop keeps them in registers.
-  std::uint32_t* const firsts = first_.get();
-  RangeEnd* const ends = ends_.get();
+  Range* const ranges = ranges_.get();
   std::size_t size = 0;
   std::uint64_t next_free = 0;  // behind the range before
   bool well_formed = true;
   const auto add = [&](std::uint32_t first, std::uint32_t last, std::uint32_t country) {
     well_formed &= first <= last && first >= next_free;
     next_free = std::uint64_t{last} + 1;
-    firsts[size] = first;
-    ends[size++] = {last, country};
+    ranges[size++] = {first, last, country};
   };
   const char* next = file_.text().data();
   const char* const end = next + file_.size();
@@ -199,30 +196,36 @@ void IpTable::parse() {
 
 std::uint32_t IpTable::country_number(std::uint32_t address) const {
   const auto out_of_range = static_cast<std::uint32_t>(countries_.size() - 1);
-  if (size_ == 0 || address < first_[0] || address > ends_[size_ - 1].last) return out_of_range;
+  if (size_ == 0 || address < ranges_[0].first || address > ranges_[size_ - 1].last)
+    return out_of_range;
   const std::size_t i = well_formed_ ? find_ordered(address) : find_by_bisection(address);
-  return i == kNotFound ? out_of_range : ends_[i].country;
+  return i == kNotFound ? out_of_range : ranges_[i].country;
 }
 
 // In a table in order at most one range holds the address: the last one that begins at or below it.
+// The address is not below the first range. Halving without a branch: where the address lies is
+// nothing a processor could guess.
 std::size_t IpTable::find_ordered(std::uint32_t address) const {
   const std::size_t block = address >> kBlockBits;
-  const std::uint32_t* const from = first_.get() + below_block_[block];
-  const std::uint32_t* const to = first_.get() + below_block_[block + 1];
-  const auto above = std::upper_bound(from, to, address);
-  const auto i = static_cast<std::size_t>(above - first_.get()) - 1;
-  return address <= ends_[i].last ? i : kNotFound;
+  std::size_t i = std::max<std::size_t>(below_block_[block], 1) - 1;
+  std::size_t candidates = below_block_[block + 1] - i;
+  while (candidates > 1) {
+    const std::size_t half = candidates / 2;
+    i += ranges_[i + half].first <= address ? half : 0;
+    candidates -= half;
+  }
+  return address <= ranges_[i].last ? i : kNotFound;
 }
 
 void IpTable::index_blocks() {
-  below_block_.reserve(kBlocks + 1);
-  const std::uint32_t* below = first_.get();
-  const std::uint32_t* const end = below + size_;
-  for (std::size_t block = 0; block < kBlocks; ++block) {
-    below = std::lower_bound(below, end, static_cast<std::uint32_t>(block << kBlockBits));
-    below_block_.push_back(static_cast<std::uint32_t>(below - first_.get()));
+  below_block_.resize(kBlocks + 1);
+  std::size_t block = 0;
+  for (std::size_t i = 0; i < size_; ++i) {
+    for (const std::size_t last = ranges_[i].first >> kBlockBits; block <= last; ++block) {
+      below_block_[block] = static_cast<std::uint32_t>(i);
+    }
   }
-  below_block_.push_back(static_cast<std::uint32_t>(size_));
+  for (; block <= kBlocks; ++block) below_block_[block] = static_cast<std::uint32_t>(size_);
 }
 
 // In a table out of order the answer depends on the way of searching, and sites have lived with the
@@ -235,13 +238,13 @@ std::size_t IpTable::find_by_bisection(std::uint32_t address) const {
   std::size_t i = size_ / 2;
   std::uint64_t divisor = 2;
   for (std::size_t pass = 0; pass < kMostPasses; ++pass) {
-    if (first_[i] <= address && address <= ends_[i].last) return i;
+    if (ranges_[i].first <= address && address <= ranges_[i].last) return i;
     if (std::find(visited, visited + pass, i) != visited + pass) return kNotFound;
     visited[pass] = i;
-    if (address < first_[i]) direction = Direction::down;
+    if (address < ranges_[i].first) direction = Direction::down;
     if (divisor <= size_) divisor *= 2;  // past the size the step stays 1
     const std::size_t step = std::max<std::size_t>(1, static_cast<std::size_t>(size_ / divisor));
-    if (address > first_[i]) direction = Direction::up;
+    if (address > ranges_[i].first) direction = Direction::up;
     if (direction == Direction::down) {
       if (i < step) return kNotFound;
       i -= step;

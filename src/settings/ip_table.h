@@ -52,7 +52,8 @@ class IpTable {
   [[nodiscard]] bool well_formed() const { return well_formed_; }
 
  private:
-  struct RangeEnd {
+  struct Range {
+    std::uint32_t first;
     std::uint32_t last;
     std::uint32_t country;  // index into countries_
   };
@@ -62,11 +63,10 @@ class IpTable {
   [[nodiscard]] std::size_t find_ordered(std::uint32_t address) const;
   [[nodiscard]] std::size_t find_by_bisection(std::uint32_t address) const;
 
-  FileBuffer file_;                         // the countries are views into it
-  std::unique_ptr<std::uint32_t[]> first_;  // apart, because this is what is searched
-  std::unique_ptr<RangeEnd[]> ends_;
+  FileBuffer file_;  // the countries are views into it
+  std::unique_ptr<Range[]> ranges_;
   std::size_t size_ = 0;
-  // The number of ranges below each block of 2^20 addresses: where a search needs to look.
+  // For each block of addresses the number of ranges that begin below it; for a table in order.
   std::vector<std::uint32_t> below_block_;
   std::vector<std::string_view> countries_;
   bool well_formed_ = true;
