@@ -47,6 +47,10 @@ same() {
   diff <(printf '%s\n' "$1") <(printf '%s\n' "$2")
 }
 
+differ() {
+  ! cmp -s "$1" "$2"
+}
+
 prepare() {
   install_packages cron logrotate faketime procps
   if ! [ -x /usr/sbin/sendmail ]; then
@@ -174,9 +178,8 @@ watch() {
 
 # The incoming hits in the slots of a minute, over all statistics files.
 hits_stored() {
-  local slot
+  local file slot
   slot=$((10#$(date -d "@$1" +%H) * 60 + 10#$(date -d "@$1" +%M)))
-  local file
   for file in "$site"/d/t/[0-9]*; do
     od -An -td4 -j $((56 * slot)) -N 4 "$file"
   done | awk '{ hits += $1 } END { print hits }'
@@ -189,7 +192,7 @@ hits_logged() {
 }
 
 check_runs() {
-  local i minute stamps='' companions='' late=0 listed=''
+  local i minute stamp stamps='' companions='' late=0 listed=''
   for ((i = 0; i < minutes; ++i)); do
     minute=$((start + 60 * i))
     stamp=$(date -d "@$minute" +%m%d%H%M)
@@ -242,7 +245,9 @@ under_cron() {
   echo "The flags are taken back, as the administration does"
   watch $((start + 60 * minutes - 45))
   remove_crontab_line
-  [ -z "$cron_pid" ] || stop_cron
+  if [ -n "$cron_pid" ]; then
+    stop_cron
+  fi
   check_runs
   check "two more runs sent one more mail, and cron none of its own" \
     same $((mails_before + 2)) "$(mails)"
@@ -287,7 +292,7 @@ backup_at() {
       diff -r "$site/$folder" "$restored/$folder"
   done
   check "d/t/sum in it is that of this run" \
-    bash -c '! cmp -s "$1" "$2"' - "$site.t/sum" "$restored/d/t/sum"
+    differ "$site.t/sum" "$restored/d/t/sum"
 }
 
 restore_and_go_on() {

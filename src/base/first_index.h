@@ -5,7 +5,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace vantrel {
@@ -53,59 +55,65 @@ class FirstIndex {
   // Remembers the position, 0 or more, unless the key is known already; returns the one that
   // holds, which may be changed until the next key is added.
   std::int32_t& add(const Key& key, std::int32_t position) {
-    if ((count_ + 1) * 2 > slots_.size()) grow();
+    if ((count_ + 1) * 2 > tags_.size()) grow();
     const std::uint64_t hash = hash_key(key);
-    Slot& slot = slots_[slot_of(key, hash)];
-    if (slot.position == kNone) {
-      slot = {key, position, static_cast<std::uint32_t>(hash)};
+    const std::size_t i = slot_of(key, hash);
+    if (tags_[i] == kFree) {
+      tags_[i] = tag_of(hash);
+      entries_[i] = {key, position};
       ++count_;
     }
-    return slot.position;
+    return entries_[i].position;
   }
 
   // kNone when the key was never added.
   [[nodiscard]] std::int32_t find(const Key& key) const {
-    return slots_[slot_of(key, hash_key(key))].position;
+    const std::size_t i = slot_of(key, hash_key(key));
+    return tags_[i] == kFree ? kNone : entries_[i].position;
   }
   [[nodiscard]] bool contains(const Key& key) const { return find(key) != kNone; }
 
  private:
-  struct Slot {
-    Key key{};
-    std::int32_t position = kNone;
-    std::uint32_t hash = 0;  // its lower half: tells most other keys apart without a look at them
+  static constexpr std::uint32_t kFree = 0;
+
+  struct Entry {
+    Key key;
+    std::int32_t position;
   };
+
+  static std::uint32_t tag_of(std::uint64_t hash) { return static_cast<std::uint32_t>(hash) | 1; }
 
   void resize(std::size_t keys) {
     std::size_t size = 16;
     shift_ = 60;
     for (; size < keys * 2; size *= 2) --shift_;
-    slots_.assign(size, Slot{});
+    tags_.assign(size, kFree);
+    entries_ = std::make_unique_for_overwrite<Entry[]>(size);
     count_ = 0;
   }
 
   void grow() {
-    std::vector<Slot> old;
-    old.swap(slots_);
-    resize(old.size());
-    for (const Slot& slot : old) {
-      if (slot.position != kNone) add(slot.key, slot.position);
+    const std::vector<std::uint32_t> tags = std::move(tags_);
+    const std::unique_ptr<Entry[]> entries = std::move(entries_);
+    resize(tags.size());
+    for (std::size_t i = 0; i < tags.size(); ++i) {
+      if (tags[i] != kFree) add(entries[i].key, entries[i].position);
     }
   }
 
   // Where the key stands, or the free slot where it would.
   [[nodiscard]] std::size_t slot_of(const Key& key, std::uint64_t hash) const {
-    const std::size_t mask = slots_.size() - 1;
+    const std::size_t mask = tags_.size() - 1;
+    const std::uint32_t tag = tag_of(hash);
     // The upper bits: a multiplication carries every difference there.
     std::size_t i = static_cast<std::size_t>(hash >> shift_);
-    while (slots_[i].position != kNone &&
-           !(slots_[i].hash == static_cast<std::uint32_t>(hash) && slots_[i].key == key)) {
-      i = (i + 1) & mask;
-    }
+    while (tags_[i] != kFree && !(tags_[i] == tag && entries_[i].key == key)) i = (i + 1) & mask;
     return i;
   }
 
-  std::vector<Slot> slots_;
+  // Apart from the keys and so small that they stay near: most keys are told apart by them alone.
+  std::vector<std::uint32_t> tags_;
+  std::unique_ptr<Entry[]> entries_;
   std::size_t count_ = 0;
   int shift_ = 60;  // 64 less the bits of a slot's number
 };

@@ -217,6 +217,11 @@ std::size_t IpTable::find_ordered(std::uint32_t address) const {
   return address <= ranges_[i].last ? i : kNotFound;
 }
 
+void IpTable::prefetch(std::uint32_t address) const {
+  if (below_block_.empty()) return;
+  __builtin_prefetch(&ranges_[below_block_[address >> kBlockBits]]);
+}
+
 void IpTable::index_blocks() {
   below_block_.resize(kBlocks + 1);
   std::size_t block = 0;

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <ctime>
 #include <string>
 #include <string_view>
@@ -52,23 +53,32 @@ template <std::size_t Length>
 struct Record {
   std::array<std::string_view, Length> fields;
   std::size_t count = 0;
+  std::uint32_t address = 0;  // field 1 as a number, for whoever announces records
 
   [[nodiscard]] bool complete() const { return count == Length; }
+  void read(Pieces& pieces) {
+    count = 0;
+    while (count < Length && pieces.next(fields[count])) ++count;
+  }
 };
 
 // Reads a log into the buffer and calls visit(record) for each record; the last one may be
-// incomplete. A missing or unreadable file delivers nothing.
-template <std::size_t Length, typename Visit>
-void read_fields(FileBuffer& buffer, const std::string& path, Visit visit) {
+// incomplete. Before that, while the record in front of it is still to be visited, it is given to
+// announce(record), so that what it will look up can be on its way from memory. A missing or
+// unreadable file delivers nothing.
+template <std::size_t Length, typename Announce, typename Visit>
+void read_fields(FileBuffer& buffer, const std::string& path, Announce announce, Visit visit) {
   if (!buffer.read(path.c_str())) return;
   lower_case(buffer.data(), buffer.size());
   Pieces pieces(buffer.text());
-  Record<Length> record;
-  do {
-    record.count = 0;
-    while (record.count < Length && pieces.next(record.fields[record.count])) ++record.count;
-    if (record.count > 0) visit(record);
-  } while (record.complete());
+  Record<Length> records[2];  // by turns the one to visit and the one behind it
+  records[0].read(pieces);
+  announce(records[0]);
+  for (std::size_t i = 0; records[i].count > 0; i = 1 - i) {
+    records[1 - i].read(pieces);
+    announce(records[1 - i]);
+    visit(records[i]);
+  }
 }
 
 }  // namespace vantrel

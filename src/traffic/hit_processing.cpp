@@ -73,12 +73,23 @@ HitProcessor::HitProcessor(TradeStore& store, const TrafficSettings& traffic,
       country_group_(group_countries(ratings)),
       agents_(ratings.agent) {}
 
+template <std::size_t Length>
+void HitProcessor::announce(Record<Length>& record) const {
+  if (record.count < 2) return;
+  record.address = ip_to_number(record.fields[1]);
+  ratings_.ip.prefetch(record.address);
+}
+
 void HitProcessor::process_in_file(const std::string& path) {
-  read_fields<kInFields>(log_, path, [this](const auto& record) { credit_in(record); });
+  read_fields<kInFields>(
+      log_, path, [this](auto& record) { announce(record); },
+      [this](const auto& record) { credit_in(record); });
 }
 
 void HitProcessor::process_out_file(const std::string& path) {
-  read_fields<kOutFields>(log_, path, [this](const auto& record) { credit_out(record); });
+  read_fields<kOutFields>(
+      log_, path, [this](auto& record) { announce(record); },
+      [this](const auto& record) { credit_out(record); });
 }
 
 // A record is credited field by field, as far as the file has it: what was reached of a record cut
@@ -87,7 +98,7 @@ void HitProcessor::credit_in(const Record<kInFields>& record) {
   const auto& fields = record.fields;
   const auto has = [&record](std::size_t field) { return field < record.count; };
   HitScore score(traffic_);
-  if (has(1)) rate_country(score, fields[1], rule::kInCountry);
+  if (has(1)) rate_country(score, record.address, rule::kInCountry);
   if (!has(2)) return;
   TrafficCounters& trade = run_of(find_by_name(fields[2]));
   count(trade[slot::rin]);
@@ -110,7 +121,7 @@ void HitProcessor::credit_out(const Record<kOutFields>& record) {
   const auto& fields = record.fields;
   const auto has = [&record](std::size_t field) { return field < record.count; };
   HitScore score(traffic_);
-  if (has(1)) rate_country(score, fields[1], rule::kOutCountry);
+  if (has(1)) rate_country(score, record.address, rule::kOutCountry);
   if (!has(2)) return;
   TrafficCounters& source = run_of(find_by_name(fields[2]));
   count(source[slot::clk]);
@@ -164,9 +175,9 @@ void HitProcessor::credit_out(const Record<kOutFields>& record) {
   score.add_to(source[slot::rtc]);
 }
 
-void HitProcessor::rate_country(HitScore& score, std::string_view address,
+void HitProcessor::rate_country(HitScore& score, std::uint32_t address,
                                 std::size_t first_rule) const {
-  const std::uint8_t group = country_group_[ratings_.ip.country_number(ip_to_number(address))];
+  const std::uint8_t group = country_group_[ratings_.ip.country_number(address)];
   if (group != 0) score.apply_rule(first_rule + group - 1);
 }
 

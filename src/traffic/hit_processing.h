@@ -34,11 +34,14 @@ class HitProcessor {
   void process_out_file(const std::string& path);
 
  private:
+  // Turns the record's address into a number and has its country fetched.
+  template <std::size_t Length>
+  void announce(Record<Length>& record) const;
   void credit_in(const Record<kInFields>& record);
   void credit_out(const Record<kOutFields>& record);
 
   // A group of rules that stand one behind the other for the two directions.
-  void rate_country(HitScore& score, std::string_view address, std::size_t first_rule) const;
+  void rate_country(HitScore& score, std::uint32_t address, std::size_t first_rule) const;
   void rate_agent(HitScore& score, std::string_view agent, std::size_t first_rule);
   void rate_request(HitScore& score, std::string_view request, std::size_t first_rule) const;
   void rate_tag(HitScore& score, std::string_view tag) const;
