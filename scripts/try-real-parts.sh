@@ -88,7 +88,7 @@ serious_events() {
 # --- The cron daemon and the mailbox -----------------------------------------------------------
 
 start_cron() {
-  if pgrep -x 'cron|crond' >/dev/null; then
+  if pgrep -x 'crond?' >/dev/null; then
     echo "The cron daemon is running already"
     return
   fi

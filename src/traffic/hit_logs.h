@@ -81,4 +81,11 @@ void read_fields(FileBuffer& buffer, const std::string& path, Announce announce,
   }
 }
 
+// The same for a visitor that needs no announcement.
+template <std::size_t Length, typename Visit>
+void read_fields(FileBuffer& buffer, const std::string& path, Visit visit) {
+  read_fields<Length>(
+      buffer, path, [](const Record<Length>&) {}, visit);
+}
+
 }  // namespace vantrel
