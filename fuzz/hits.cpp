@@ -12,7 +12,7 @@ constexpr std::size_t kLength = kOut ? kOutFields : kInFields;
 constexpr std::int32_t kCefLimit = 3;
 
 struct Tables {
-  TradeStore store = store_of_site();
+  std::vector<TradeRecord> trades = store_of_site().trades;
   TrafficSettings traffic;
   RatingTables ratings;
   bool loaded = load_traffic_settings(traffic) && load_rating_tables(ratings);
@@ -31,7 +31,9 @@ std::size_t position_of(const TradeStore& store, const std::string& name) {
 void try_input(const std::string& input) {
   static const Tables tables;
   put("l/in/log", input);
-  TradeStore store = tables.store;
+  TradeStore store;
+  store.trades = tables.trades;
+  require(build_work_array(store), "the trades");
   HitProcessor processor(store, tables.traffic, tables.ratings, kCefLimit);
   if (kOut) processor.process_out_file("l/in/log");
   if (!kOut) processor.process_in_file("l/in/log");

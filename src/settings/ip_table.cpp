@@ -178,15 +178,14 @@ void IpTable::parse() {
   const char* next = file_.text().data();
   const char* const end = next + file_.size();
   for (;;) {
-    PlainRange range;
-    while (end - next >= kLongestPlainRange && read_plain_range(next, range)) {
-      add(range.first, range.last, countries.number_of_two(range.country));
+    PlainRange plain;
+    while (end - next >= kLongestPlainRange && read_plain_range(next, plain)) {
+      add(plain.first, plain.last, countries.number_of_two(plain.country));
     }
     Pieces pieces(std::string_view(next, static_cast<std::size_t>(end - next)));
-    std::string_view first;
-    if (!pieces.next(first) || !pieces.next(first)) break;
-    const std::string_view last = pieces.next_or_empty();
-    add(to_unsigned(first), to_unsigned(last), countries.number_of(pieces.next_or_empty()));
+    IpRange range;
+    if (!next_ip_range(pieces, range)) break;
+    add(range.first, range.last, countries.number_of(range.country));
     next = pieces.rest().data();
   }
   countries_.push_back(kOutOfRange);

@@ -20,15 +20,22 @@ namespace vantrel {
 // wrapping. A missing part is 0; the fourth reaches to the end of the text.
 [[nodiscard]] std::uint32_t ip_to_number(std::string_view text);
 
-// Calls visit(first, last, country) for each range of the table's text, in its order. A last range
-// cut short by the end has 0 and an empty text for what is missing.
-template <typename Visit>
-void for_each_ip_range(std::string_view text, Visit visit) {
-  Pieces pieces(text);
-  for (std::string_view ignored, first; pieces.next(ignored) && pieces.next(first);) {
-    const std::string_view last = pieces.next_or_empty();
-    visit(to_unsigned(first), to_unsigned(last), pieces.next_or_empty());
-  }
+// One range as the table's text has it.
+struct IpRange {
+  std::uint32_t first = 0;
+  std::uint32_t last = 0;  // inclusive
+  std::string_view country;
+};
+
+// The next range, however its pieces are written; false at the end. One cut short by the end has 0
+// and an empty text for what is missing.
+[[nodiscard]] inline bool next_ip_range(Pieces& pieces, IpRange& range) {
+  std::string_view piece;
+  if (!pieces.next(piece) || !pieces.next(piece)) return false;
+  range.first = to_unsigned(piece);
+  range.last = to_unsigned(pieces.next_or_empty());
+  range.country = pieces.next_or_empty();
+  return true;
 }
 
 class IpTable {

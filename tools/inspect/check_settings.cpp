@@ -44,12 +44,13 @@ void check_ip_table(Findings& findings) {
   std::uint64_t addresses = 0;
   std::uint32_t last = 0;
   const std::string text = read_file(kTable).value_or("");
-  for_each_ip_range(text, [&](std::uint32_t from, std::uint32_t to, std::string_view) {
+  Pieces pieces(text);
+  for (IpRange range; next_ip_range(pieces, range); last = range.last) {
     ++ranges;
-    if (first_wrong == 0 && (from > to || (ranges > 1 && from <= last))) first_wrong = ranges;
-    last = to;
-    if (from <= to) addresses += std::uint64_t{to} - from + 1;
-  });
+    const bool wrong = range.first > range.last || (ranges > 1 && range.first <= last);
+    if (first_wrong == 0 && wrong) first_wrong = ranges;
+    if (range.first <= range.last) addresses += std::uint64_t{range.last} - range.first + 1;
+  }
   if (first_wrong > 0) {
     findings.off(kTable,
                  "range " + std::to_string(first_wrong) +
