@@ -21,7 +21,6 @@ namespace vantrel {
 [[nodiscard]] constexpr std::uint64_t hash_key(std::int32_t key) {
   return spread(static_cast<std::uint32_t>(key));
 }
-[[nodiscard]] constexpr std::uint64_t hash_key(std::uint64_t key) { return spread(key); }
 
 // Sixteen bytes at a time; the last sixteen overlap those before where the length is no multiple.
 [[nodiscard]] inline std::uint64_t hash_key(std::string_view key) {
