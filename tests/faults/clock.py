@@ -16,7 +16,6 @@ import datetime
 import os
 import shutil
 import struct
-import sys
 import zoneinfo
 
 import layout
@@ -180,17 +179,13 @@ def play(program, folder, stretch, short):
 
 
 def main():
-    arguments = [a for a in sys.argv[1:] if a != '--short']
-    short = '--short' in sys.argv
-    if not arguments:
-        sys.exit(__doc__)
-    program = layout.program_in(arguments[0])
+    program, chosen, short = layout.command_line(__doc__, '--short')
     score = layout.Score()
     print('%-34s %5s %7s %6s %6s %6s %6s %7s' % ('stretch', 'runs', 'refused', 'once', 'twice',
                                                  'more', 'never', 'lowest'))
     with layout.scratch() as folder:
         for name, stretch in STRETCHES.items():
-            if name not in (arguments[1:] or (IN_SHORT if short else STRETCHES)):
+            if name not in (chosen or (IN_SHORT if short else STRETCHES)):
                 continue
             s = play(program, folder, stretch, short)
             times = collections.Counter(s.counted)

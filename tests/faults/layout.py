@@ -248,7 +248,7 @@ class Score:
 
     def finish(self):
         print('%d passed, %d failed' % (self.passed, self.failed))
-        sys.exit(1 if self.failed else 0)
+        sys.exit(1 if self.failed or not self.passed else 0)
 
 
 def compiled(build, name, *flags):
@@ -265,11 +265,15 @@ def compiled(build, name, *flags):
     return made
 
 
-def program_in(build):
-    """The program in a build directory, and the clock for it."""
+def command_line(usage, *flags):
+    """The program in the build directory named first (the clock for it is made), the words behind
+    it, and which of the flags are given."""
     global PRELOAD
-    program = os.path.abspath(os.path.join(build, 'vantrel-cron'))
+    words = [word for word in sys.argv[1:] if word not in flags]
+    if not words or words[0].startswith('-'):
+        sys.exit(usage)
+    program = os.path.abspath(os.path.join(words[0], 'vantrel-cron'))
     if not os.access(program, os.X_OK):
         sys.exit('%s is missing: build the project there first' % program)
-    PRELOAD = compiled(build, 'preload', '-fPIC', '-shared')
-    return program
+    PRELOAD = compiled(words[0], 'preload', '-fPIC', '-shared')
+    return (program, words[1:], *(flag in sys.argv for flag in flags))

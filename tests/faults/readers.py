@@ -55,11 +55,8 @@ def read_on(path, shortest, pipe):
 
 
 def main():
-    arguments = [a for a in sys.argv[1:] if not a.startswith('--')]
-    if len(arguments) != 1:
-        sys.exit(__doc__)
-    runs = 100 if '--short' in sys.argv else 1000
-    program = layout.program_in(arguments[0])
+    program, _, short, truncating = layout.command_line(__doc__, '--short', '--truncating')
+    runs = 100 if short else 1000
     score = layout.Score()
     # On a real disk: the promise is about the file systems sites lie on.
     with tempfile.TemporaryDirectory(prefix='vantrel.') as folder:
@@ -74,7 +71,7 @@ def main():
                 switch_off(site, trades, 4 if i % 2 else 1)
                 keep_off(site, moment)
                 before = layout.read(site, 'd/out.lst')
-                if '--truncating' in sys.argv and i >= 2:
+                if truncating and i >= 2:
                     layout.write(site, 'd/out.lst', layout.list_of(60 if i % 2 else 15, 1))
                 elif layout.run(program, site, moment) != 0:
                     sys.exit('a run failed')

@@ -15,13 +15,12 @@ import resource
 import shutil
 import stat
 import subprocess
-import sys
 import time
 
 import layout
 from layout import CLOCK, NAMES, SLOT
 
-SHORT = '--short' in sys.argv
+PROGRAM, CHOSEN, SHORT = layout.command_line(__doc__, '--short')
 NOBODY = 65534
 ROOT = os.geteuid() == 0
 STORES = ['d/t/sum', 'd/set', 'd/alerts', 'd/t/index', 'd/out.lst', 'd/t/11']
@@ -476,16 +475,12 @@ def records():
 
 
 GROUPS = [streams, masks, readonly, leftovers, kinds, limits, names, texts, records]
-arguments = [a for a in sys.argv[1:] if a != '--short']
-if not arguments:
-    sys.exit(__doc__)
-PROGRAM = layout.program_in(arguments[0])
 with layout.scratch() as FOLDER:
     reference = Case('reference')
     reference.run()
     REFERENCE = layout.tree(reference.site)
     for work in GROUPS:
-        if arguments[1:] and work.__name__ not in arguments[1:]:
+        if CHOSEN and work.__name__ not in CHOSEN:
             continue
         ran = score.passed + score.failed
         work()

@@ -22,7 +22,6 @@ import os
 import re
 import shutil
 import struct
-import sys
 
 import layout
 from layout import CLOCK, HITS_LEFT, HOURS_LEFT, RECORD, STATISTICS
@@ -306,12 +305,8 @@ def expected_event(call, error):
 
 
 def main():
-    arguments = [a for a in sys.argv[1:] if a != '--short']
-    short = '--short' in sys.argv
-    if not arguments:
-        sys.exit(__doc__)
-    program = layout.program_in(arguments[0])
-    modes = arguments[1:] or ['kill', 'full', 'single', 'short', 'memory']
+    program, chosen, short = layout.command_line(__doc__, '--short')
+    modes = chosen or ['kill', 'full', 'single', 'short', 'memory']
     step = {'kill': 7, 'full': 3, 'single': 41, 'short': 5, 'memory': 29} if short else {}
     score = layout.Score()
     with layout.scratch() as folder, concurrent.futures.ThreadPoolExecutor(2) as pool:
