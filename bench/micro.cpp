@@ -158,9 +158,8 @@ BENCHMARK(load_address_table);
 // The scores of all trades; by_formula as the operator's formula gives them.
 void score_all(benchmark::State& state, bool by_formula) {
   const Loaded& data = loaded();
-  OutMod modifiers;
-  modifiers.fields = {"100",   "100", "100", "3", "2", "1", "0", "0", by_formula ? "10" : "1",
-                      kFormula};
+  const OutMod modifiers(
+      {"100", "100", "100", "3", "2", "1", "0", "0", by_formula ? "10" : "1", kFormula});
   ExpressionEvaluator evaluator;
   for (auto _ : state) {
     for (const TradeWork& work : data.store.works) {

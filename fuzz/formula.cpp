@@ -47,7 +47,7 @@ void check_numbers(const std::string& text) {
 void try_input(const std::string& input) {
   static const TradeStore store = store_of_site();
   check_numbers(input);
-  const OutMod modifiers{{"110", "90", "x", "1", "2", "1", "0", "0", "10", input, "", ""}};
+  const OutMod modifiers({"110", "90", "x", "1", "2", "1", "0", "0", "10", input, "", ""});
   ExpressionEvaluator evaluator;
   for (const std::size_t i : {11u, 12u}) {  // the second sees what the first one assigned
     const TradeWork& work = store.works[i];

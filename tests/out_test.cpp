@@ -97,7 +97,7 @@ TEST(Scoring, BuiltIn) {
       {0, none, counters({{uin, 12}, {out, 2}}), {}, 0},
       {0, none, counters({{uin, 1}, {out, 3}}), {}, 0}};
   // clang-format on
-  const OutMod modifiers{{"100", "100", "100", "1", "2", "1", "0", "", "0", ""}};
+  const OutMod modifiers({"100", "100", "100", "1", "2", "1", "0", "", "0", ""});
   for (const Scored& c : cases) {
     const ScoreArgs args{c.last60, c.last24, none, c.mode, c.caps, modifiers};
     EXPECT_DOUBLE_EQ(builtin_score(args), c.score) << &c - cases;
@@ -123,7 +123,7 @@ TEST(Scoring, Formula) {
   // clang-format on
   ExpressionEvaluator evaluator;
   for (const auto& c : cases) {
-    const OutMod modifiers{{"120", "120", "200", "1", "2", "1", "0", "", "10", c.text}};
+    const OutMod modifiers({"120", "120", "200", "1", "2", "1", "0", "", "10", c.text});
     const TrafficCounters week = counters({{rtc, 77}});
     const ScoreArgs args{hour, day, week, c.mode, c.caps, modifiers};
     EXPECT_DOUBLE_EQ(formula_score(args, evaluator), c.score) << c.text;

@@ -67,7 +67,10 @@ File open_beside(const char* path) {
     struct stat named {};
     const bool same = ::fstat(file.descriptor(), &opened) == 0 && ::lstat(path, &named) == 0 &&
                       opened.st_ino == named.st_ino && opened.st_dev == named.st_dev;
-    if (same) return file;  // else it was renamed away while this run waited
+    if (same && opened.st_nlink == 1) return file;
+    // Else it was renamed away while this run waited; or it is another file's contents too, as
+    // copies by hard links make it, which must not be written over.
+    if (same && ::unlink(path) != 0) return File();
   }
   errno = EBUSY;
   return File();
@@ -75,6 +78,8 @@ File open_beside(const char* path) {
 
 // The folder does not let this run make or rename files.
 bool no_new_file_allowed(int error) { return error == EACCES || error == EPERM || error == EROFS; }
+
+bool no_room(int error) { return error == ENOSPC || error == EDQUOT; }
 
 // The path behind symbolic links, so that the file is replaced and not the link to it.
 std::string resolved(const char* path) {
@@ -204,6 +209,18 @@ bool overwrite_file(const char* path, std::string_view text, Growth growth) {
   static_cast<void>(write_at(file, old.data(), old.size(), 0));
   static_cast<void>(set_size(file, old.size()));
   return false;
+}
+
+bool room_to_replace(const char* path) {
+  const File old = open_to_read(path);
+  if (old.size() == 0) return true;
+  const std::string beside = resolved(path) + ".new";
+  const File file = open_beside(beside.c_str());
+  if (!file.is_open()) return !no_room(errno);
+  if (!file.is_regular()) return true;
+  const int error = ::posix_fallocate(file.descriptor(), 0, static_cast<off_t>(old.size()));
+  ::unlink(beside.c_str());
+  return !no_room(error);
 }
 
 bool replace_file(const char* path, std::string_view text) {

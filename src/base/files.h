@@ -111,6 +111,10 @@ enum class Growth {
 // writable, the old file is whole.
 [[nodiscard]] bool replace_file(const char* path, std::string_view text);
 
+// Is there room on the disk for the file that replace_file() writes beside this one, if it is as
+// long as this one? Tried by taking the room and giving it back. True where it cannot be known.
+[[nodiscard]] bool room_to_replace(const char* path);
+
 // All of text to an open descriptor, with no offset of its own (a pipe, the standard output).
 bool write_all(int descriptor, std::string_view text);
 

@@ -12,14 +12,24 @@
 
 namespace vantrel {
 
-// Spreads numbers that differ little over all bits.
-[[nodiscard]] constexpr std::uint64_t spread(std::uint64_t value) {
-  value *= 0x9E3779B97F4A7C15u;
-  return value ^ (value >> 32);
+// Two numbers of this process, so that nobody who writes a log or a list can choose keys that meet in
+// one place: a visitor chooses the name of the browser.
+struct HashSeed {
+  HashSeed();
+  std::uint64_t first;
+  std::uint64_t second;
+};
+extern const HashSeed hash_seed;
+
+// The whole product of two numbers, folded: every bit of both counts in every bit of it.
+[[nodiscard]] inline std::uint64_t folded_product(std::uint64_t a, std::uint64_t b) {
+  __extension__ using Wide = unsigned __int128;
+  const Wide product = static_cast<Wide>(a) * b;
+  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
 
-[[nodiscard]] constexpr std::uint64_t hash_key(std::int32_t key) {
-  return spread(static_cast<std::uint32_t>(key));
+[[nodiscard]] inline std::uint64_t hash_key(std::int32_t key) {
+  return folded_product(static_cast<std::uint32_t>(key) ^ hash_seed.first, hash_seed.second);
 }
 
 // Sixteen bytes at a time; the last sixteen overlap those before where the length is no multiple.
@@ -27,7 +37,9 @@ namespace vantrel {
   constexpr std::size_t kBlock = 16;
   std::uint64_t words[2] = {0, 0};
   std::uint64_t hash = key.size();
-  const auto mix = [&] { hash = spread((hash ^ words[0]) + words[1] * 0xD6E8FEB86659FD93u); };
+  const auto mix = [&] {
+    hash = folded_product(hash ^ words[0] ^ hash_seed.first, words[1] ^ hash_seed.second);
+  };
   if (key.size() < kBlock) {
     if (!key.empty()) std::memcpy(words, key.data(), key.size());
     mix();
@@ -104,7 +116,6 @@ class FirstIndex {
   [[nodiscard]] std::size_t slot_of(const Key& key, std::uint64_t hash) const {
     const std::size_t mask = tags_.size() - 1;
     const std::uint32_t tag = tag_of(hash);
-    // The upper bits: a multiplication carries every difference there.
     std::size_t i = static_cast<std::size_t>(hash >> shift_);
     while (tags_[i] != kFree && !(tags_[i] == tag && entries_[i].key == key)) i = (i + 1) & mask;
     return i;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "base/files.h"
 #include "base/numbers.h"
@@ -27,11 +28,9 @@ std::optional<OutSet> load_out_set() {
 std::optional<OutMod> load_out_mod() {
   FileBuffer file;
   if (!file.read("d/out.mod")) return std::nullopt;
-  constexpr std::size_t kFieldsUsed = 10;
-  // The dropped piece, and one more than is used: it tells that the last used one is not the last.
-  OutMod modifiers{split(file.text(), '|', 1 + kFieldsUsed + 1)};
-  if (!modifiers.fields.empty()) modifiers.fields.erase(modifiers.fields.begin());
-  return modifiers;
+  auto fields = split(file.text(), '|', 1 + OutMod::kFieldsUsed + 1);
+  if (!fields.empty()) fields.erase(fields.begin());
+  return OutMod(std::move(fields));
 }
 
 void apply_cap(TradeCap& caps, std::string_view kind, std::int32_t value) {
@@ -55,12 +54,14 @@ std::optional<TradeCaps> load_caps() {
 
 }  // namespace
 
-std::string_view OutMod::text(std::size_t i) const {
-  return i < fields.size() ? std::string_view(fields[i]) : std::string_view();
+OutMod::OutMod(std::vector<std::string> fields) : fields_(std::move(fields)) {
+  for (std::size_t i = 0; i < kFieldsUsed && i + 1 < fields_.size(); ++i) {
+    numbers_[i] = to_int(fields_[i]);
+  }
 }
 
-std::int32_t OutMod::number(std::size_t i) const {
-  return i + 1 < fields.size() ? to_int(fields[i]) : 0;
+std::string_view OutMod::text(std::size_t i) const {
+  return i < fields_.size() ? std::string_view(fields_[i]) : std::string_view();
 }
 
 bool load_out_settings(OutSettings& settings, std::size_t trade_count) {

@@ -2,12 +2,13 @@
 // (d/out.set), the scoring modifiers (d/out.mod) and the caps of single trades (d/caps).
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace vantrel {
@@ -15,18 +16,28 @@ namespace vantrel {
 // Weights in the order in which they are handed out.
 using OutSet = std::vector<std::int32_t>;
 
-// The fields of d/out.mod as texts.
-struct OutMod {
-  std::vector<std::string> fields;
+// The fields of d/out.mod.
+class OutMod {
+ public:
+  static constexpr std::size_t kFieldsUsed = 10;
+
+  OutMod() = default;
+  // The file's fields, or the first of them: one more than is used, if there is one, for it tells
+  // that the last used one is not the file's last.
+  explicit OutMod(std::vector<std::string> fields);
 
   // A field the file does not have is empty.
   [[nodiscard]] std::string_view text(std::size_t i) const;
-  // The field as a number; 0 for the file's last field and for missing ones.
-  [[nodiscard]] std::int32_t number(std::size_t i) const;
+  // A used field as a number; 0 for the file's last field and for missing ones.
+  [[nodiscard]] std::int32_t number(std::size_t i) const { return numbers_[i]; }
 
   [[nodiscard]] bool generates_weights() const { return text(6) == "1"; }
   [[nodiscard]] bool uses_formula() const { return text(8) == "10"; }
   [[nodiscard]] std::string_view formula() const { return text(9); }
+
+ private:
+  std::vector<std::string> fields_;
+  std::array<std::int32_t, kFieldsUsed> numbers_{};  // of every trade the same: read once
 };
 
 // Percentages over the last 24 hours that a trade in scoring mode 2 must keep; -1 for none.
@@ -37,7 +48,7 @@ struct TradeCap {
 };
 
 // Caps by trade id.
-using TradeCaps = std::unordered_map<std::int32_t, TradeCap>;
+using TradeCaps = std::map<std::int32_t, TradeCap>;
 
 struct OutSettings {
   OutSet weights;

@@ -23,8 +23,8 @@ struct RunHistory {
   std::size_t count = 0;            // how many there are, this run's among them
 };
 
-// Writes ten characters to l/hdd.check and reads them back. False, with an event, when they do not
-// arrive.
+// Writes ten characters to l/hdd.check and reads them back, and looks whether there is room for the
+// totals that the run will store. False, with an event, when they do not arrive or there is none.
 [[nodiscard]] bool check_disk();
 
 // True when l/sys/cron.last was modified in the current minute: another run is at work.

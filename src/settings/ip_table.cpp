@@ -1,7 +1,9 @@
 #include "settings/ip_table.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 
 #include "base/numbers.h"
 #include "base/text.h"
@@ -87,7 +89,9 @@ bool read_plain_range(const char*& next, PlainRange& range) {
 class CountryNumbers {
  public:
   CountryNumbers(std::vector<std::string_view>& countries, FileBuffer& file)
-      : countries_(countries), file_(file), two_letters_(1 << 16, kUnknown) {}
+      : countries_(countries), file_(file) {
+    if (two_letters_ == nullptr) throw std::bad_alloc();
+  }
 
   std::uint32_t number_of(std::string_view country) {
     if (!country.empty()) {
@@ -101,18 +105,22 @@ class CountryNumbers {
 
   // The same for a text of two bytes, most of which have come before.
   std::uint32_t number_of_two(const char* country) {
-    std::uint32_t& number = two_letters_[static_cast<unsigned char>(country[0]) * 256u +
-                                         static_cast<unsigned char>(country[1])];
-    if (number == kUnknown) number = number_of({country, 2});
-    return number;
+    std::uint32_t& above = two_letters_[static_cast<unsigned char>(country[0]) * 256u +
+                                        static_cast<unsigned char>(country[1])];
+    if (above == 0) above = number_of({country, 2}) + 1;
+    return above - 1;
   }
 
  private:
-  static constexpr std::uint32_t kUnknown = ~std::uint32_t{0};
-
   std::vector<std::string_view>& countries_;
   FileBuffer& file_;
-  std::vector<std::uint32_t> two_letters_;  // by the two bytes as they were read
+  // One above the number, by the two bytes as they were read; 0 for those that have not come. Few
+  // do, and calloc() takes no memory for the others.
+  struct Free {
+    void operator()(std::uint32_t* memory) const { std::free(memory); }
+  };
+  std::unique_ptr<std::uint32_t[], Free> two_letters_{
+      static_cast<std::uint32_t*>(std::calloc(1 << 16, sizeof(std::uint32_t)))};
   TextIndex texts_;
 };
 
