@@ -20,7 +20,7 @@ bool crossed(const std::vector<TradeWork>& works, std::size_t field, const std::
     one_above = one_above || work.last24[slot::rin] > limit;
   }
   const auto sum_limit = static_cast<std::uint32_t>(limit);
-  const bool by_field[] = {day < sum_limit, day > sum_limit, hour < sum_limit, hour > sum_limit,
+  const bool by_field[] = {day<sum_limit, day> sum_limit, hour<sum_limit, hour> sum_limit,
                            one_above};
   return by_field[(field - 4) / 2];
 }
@@ -44,8 +44,8 @@ void try_input(const std::string& input) {
   std::string expected = "|";
   for (std::size_t i = 0; i < fields.size(); ++i) {
     if (fields[i].empty()) fields[i] = "0";
-    const bool goes_up = i > 4 && i % 2 == 1 && i < 14 && fields[i] == "0" &&
-                         crossed(works, i - 1, fields[i - 1]);
+    const bool goes_up =
+        i > 4 && i % 2 == 1 && i < 14 && fields[i] == "0" && crossed(works, i - 1, fields[i - 1]);
     mailed = mailed || goes_up;
     expected += (goes_up ? "1" : fields[i]) + "|";
   }

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -27,6 +28,12 @@ bool set_size(const File& file, std::uint64_t size) {
   return ::ftruncate(file.descriptor(), static_cast<off_t>(size)) == 0;
 }
 
+File open_to_overwrite(const char* path) {
+  File file = open_file(path, O_RDWR | O_CREAT);
+  if (file.is_open() || errno != EACCES) return file;
+  return open_file(path, O_WRONLY);
+}
+
 // Calls a write-like function until every byte is out.
 template <typename Write>
 bool write_fully(const char* bytes, std::size_t size, Write write) {
@@ -40,16 +47,17 @@ bool write_fully(const char* bytes, std::size_t size, Write write) {
   return true;
 }
 
-// Who may read and write a replaced file may read and write the one that takes its place. An
-// unprivileged run cannot give files away, but it can hand them to a group it belongs to.
-bool take_over_owner_and_mode(const File& from, const File& to) {
+// Gives the file that takes another one's place its owner, group and mode. False when somebody
+// would lose access by it: an unprivileged run cannot give files away, and then only a mode that
+// means the same for everybody keeps its meaning.
+bool take_over_access(const File& from, const File& to) {
   struct stat status {};
   if (::fstat(from.descriptor(), &status) != 0) return false;
-  const bool given = ::fchown(to.descriptor(), status.st_uid, status.st_gid) == 0 ||
-                     ::fchown(to.descriptor(), static_cast<uid_t>(-1), status.st_gid) == 0;
-  // A group that may not be handed on must not lend its rights to the run's own group.
-  const mode_t mask = given ? 07777 : 07707;
-  return ::fchmod(to.descriptor(), status.st_mode & mask) == 0;
+  const mode_t others = status.st_mode & 7;
+  const bool same_for_all =
+      (status.st_mode >> 3 & 7) == others && (status.st_mode >> 6 & 7) == others;
+  const bool given = ::fchown(to.descriptor(), status.st_uid, status.st_gid) == 0;
+  return (given || same_for_all) && ::fchmod(to.descriptor(), status.st_mode & 07777) == 0;
 }
 
 // Opens the file beside the one to replace, empty and for this run alone. Another run that is at
@@ -68,8 +76,8 @@ File open_beside(const char* path) {
     const bool same = ::fstat(file.descriptor(), &opened) == 0 && ::lstat(path, &named) == 0 &&
                       opened.st_ino == named.st_ino && opened.st_dev == named.st_dev;
     if (same && opened.st_nlink == 1) return file;
-    // Else it was renamed away while this run waited; or it is another file's contents too, as
-    // copies by hard links make it, which must not be written over.
+    // Else it was renamed away while this run waited; or it is another file as well, as copies by
+    // hard links make it, which must not be written over.
     if (same && ::unlink(path) != 0) return File();
   }
   errno = EBUSY;
@@ -194,20 +202,21 @@ bool write_scratch_file(const char* path, std::string_view text) {
 }
 
 bool overwrite_file(const char* path, std::string_view text, Growth growth) {
-  File file = open_file(path, O_RDWR | O_CREAT);
+  File file = open_to_overwrite(path);
   if (!file.is_open()) return false;
-  std::string old(static_cast<std::size_t>(file.size()), '\0');
+  // What will be written over; the rest stays until all of the text is there.
+  std::string old(std::min<std::size_t>(text.size(), file.size()), '\0');
   const std::ptrdiff_t kept = read_at(file, old.data(), old.size(), 0);
-  if (kept < 0) return false;
-  old.resize(static_cast<std::size_t>(kept));
+  if (kept < 0 && errno != EBADF) return false;  // one that may only be written cannot be put back
+  old.resize(static_cast<std::size_t>(std::max<std::ptrdiff_t>(kept, 0)));
   const bool extend =
-      growth == Growth::before_writing && text.size() > old.size() && file.is_regular();
+      growth == Growth::before_writing && text.size() > file.size() && file.is_regular();
   const bool written = (!extend || set_size(file, text.size())) &&
                        write_at(file, text.data(), text.size(), 0) &&
-                       (text.size() >= old.size() || set_size(file, text.size()));
+                       (text.size() >= file.size() || set_size(file, text.size()));
   if (written) return file.close();
   static_cast<void>(write_at(file, old.data(), old.size(), 0));
-  static_cast<void>(set_size(file, old.size()));
+  static_cast<void>(set_size(file, file.size()));
   return false;
 }
 
@@ -237,9 +246,12 @@ bool replace_file(const char* path, std::string_view text) {
     return in_place && overwrite_file(path, text);
   }
   if (!file.is_regular()) return overwrite_file(path, text);
-  const bool on_disk =
-      set_size(file, 0) && (!old.is_open() || take_over_owner_and_mode(old, file)) &&
-      write_at(file, text.data(), text.size(), 0) && ::fsync(file.descriptor()) == 0;
+  if (old.is_open() && !take_over_access(old, file)) {
+    ::unlink(beside.c_str());
+    return overwrite_file(path, text);
+  }
+  const bool on_disk = set_size(file, 0) && write_at(file, text.data(), text.size(), 0) &&
+                       ::fsync(file.descriptor()) == 0;
   // Renamed before it is closed: closing lets go of the lock.
   if (on_disk && ::rename(beside.c_str(), target.c_str()) == 0) return true;
   const bool in_place = on_disk && no_new_file_allowed(errno);

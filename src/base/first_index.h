@@ -12,8 +12,8 @@
 
 namespace vantrel {
 
-// Two numbers of this process, so that nobody who writes a log or a list can choose keys that meet in
-// one place: a visitor chooses the name of the browser.
+// Two numbers of this process, so that nobody who writes a log or a list can choose keys that meet
+// in one place: a visitor chooses the name of the browser.
 struct HashSeed {
   HashSeed();
   std::uint64_t first;

@@ -52,7 +52,7 @@ void process_hit_logs(Run& run, const TrafficTables& tables) {
 [[nodiscard]] bool open_run(Run& run) {
   run.clock = take_start_clock();
   return !sleep_gate_closed(run.clock) && check_disk() && !ran_this_minute() &&
-         load_trade_index(run.store) && guard_run(run.history);
+         load_trade_index(run.store) && room_for_totals() && guard_run(run.history);
 }
 
 [[nodiscard]] bool load_store(Run& run) {

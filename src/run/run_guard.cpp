@@ -47,9 +47,13 @@ bool check_disk() {
   std::string_view last;
   Pieces lines = lines_of(file.text());
   while (lines.next(last)) continue;
-  // The check file gets back the block it had, even on a disk without another one. A run that could
-  // not store its totals must not note its minute as counted.
-  if (last == kDiskCheckText && room_to_replace(kSummaryFile)) return true;
+  if (last == kDiskCheckText) return true;
+  report(event::disk_full);
+  return false;
+}
+
+bool room_for_totals() {
+  if (room_to_replace(kSummaryFile)) return true;
   report(event::disk_full);
   return false;
 }

@@ -23,9 +23,14 @@ struct RunHistory {
   std::size_t count = 0;            // how many there are, this run's among them
 };
 
-// Writes ten characters to l/hdd.check and reads them back, and looks whether there is room for the
-// totals that the run will store. False, with an event, when they do not arrive or there is none.
+// Writes ten characters to l/hdd.check and reads them back. False, with an event, when they do not
+// arrive.
 [[nodiscard]] bool check_disk();
+
+// The check file gets back the block it had, even on a disk that has no other. False, with an
+// event, when there is no room for the totals: a run that cannot store them must not note its
+// minute as counted.
+[[nodiscard]] bool room_for_totals();
 
 // True when l/sys/cron.last was modified in the current minute: another run is at work.
 [[nodiscard]] bool ran_this_minute();

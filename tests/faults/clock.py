@@ -109,7 +109,7 @@ class Simulation:
         shutil.rmtree(os.path.join(site, 'l/out'))
         trades = layout.usual_trades()[:RESERVED]
         trades += [(100 + i, 'trade%d' % i, {'_884': GUARANTEE}) for i in range(TRADES)]
-        layout.set_index(site, trades)
+        layout.set_index(site, trades, bytes(layout.STATISTICS))
         layout.write(site, 'd/t/sum', ''.join('|%d|%s\n' % (i, '0|' * 42) for i, _, _ in trades))
         self.left = [GUARANTEE] * TRADES
         self.counted = []   # how often each minute's click was counted

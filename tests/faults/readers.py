@@ -38,9 +38,11 @@ def keep_off(site, moment):
     layout.write(site, 'l/sys/cron.run', layout.stamp(moment - 60, '%m%d%H%M', 'UTC') + '\n')
 
 
-def read_on(path, shortest, pipe):
-    """Reads the list, whole in one read, until the other end of the pipe says something."""
-    kinds = dict.fromkeys(('reads', 'empty', 'short', 'ragged', 'with an unwritten entry'), 0)
+def read_on(path, shortest, known, pipe):
+    """Reads the list, whole in one read, until the other end of the pipe says something. known: the
+    entries of both lists; others are one half of each."""
+    kinds = dict.fromkeys(('reads', 'empty', 'short', 'ragged', 'with an unwritten entry',
+                           'with an entry of two halves'), 0)
     while kinds['reads'] % 64 or not pipe.poll():
         file = os.open(path, os.O_RDONLY)
         data = os.read(file, 1 << 20)
@@ -51,6 +53,7 @@ def read_on(path, shortest, pipe):
         kinds['short'] += size < shortest
         kinds['ragged'] += size >= HEADER and (size - HEADER) % ENTRY != 0
         kinds['with an unwritten entry'] += data[-ENTRY:] == bytes(ENTRY)
+        kinds['with an entry of two halves'] += not set(layout.entries(data) or ()) <= known
     pipe.send(kinds)
 
 
@@ -63,6 +66,7 @@ def main():
         site = os.path.join(folder, 'site')
         trades = prepare(site)
         lengths = []
+        known = {bytes(ENTRY)}
         pipe, other = multiprocessing.Pipe()
         child = None
         try:
@@ -72,13 +76,15 @@ def main():
                 keep_off(site, moment)
                 before = layout.read(site, 'd/out.lst')
                 if truncating and i >= 2:
-                    layout.write(site, 'd/out.lst', layout.list_of(60 if i % 2 else 15, 1))
+                    layout.write(site, 'd/out.lst', layout.list_of((lengths[i % 2] - HEADER) // ENTRY, i % 2))
                 elif layout.run(program, site, moment) != 0:
                     sys.exit('a run failed')
-                lengths.append(len(layout.read(site, 'd/out.lst')))
+                now = layout.read(site, 'd/out.lst')
+                known.update(layout.entries(now))
+                lengths.append(len(now))
                 if i == 1:
                     child = multiprocessing.Process(
-                        target=read_on, args=(site + '/d/out.lst', min(lengths), other))
+                        target=read_on, args=(site + '/d/out.lst', min(lengths), known, other))
                     child.start()
                 if i >= 2 and len(before) == lengths[-1]:
                     sys.exit('the list keeps its length: the runs prove nothing')
