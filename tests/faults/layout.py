@@ -59,7 +59,7 @@ def write(site, name, text, mode=None):
     path = os.path.join(site, name)
     os.makedirs(os.path.dirname(path), exist_ok=True)
     with open(path, 'wb') as f:
-        f.write(text if isinstance(text, bytes) else text.encode('latin-1'))
+        f.write(text if isinstance(text, (bytes, bytearray)) else text.encode('latin-1'))
     if mode is not None:
         os.chmod(path, mode)
 
@@ -94,6 +94,15 @@ def set_index(site, trades, statistics=SLOTS):
             write(site, 'd/h/%s.his' % raw,
                   ''.join('|202405%02d|%s%s\n' % (d, '5|' * 14, '|' * 14) for d in (11, 12, 13)))
     write(site, 'd/t/sum', ''.join(lines))
+
+
+def set_texts(site, first, texts):
+    """Fills the texts that go into the outgoing list, of trades from a position on, to their width."""
+    index = bytearray(read(site, 'd/t/index'))
+    for i, text in enumerate(texts, first):
+        for offset, width in ((80, 120), (848, 32)):
+            index[i * RECORD + offset:i * RECORD + offset + width] = ((text or b'x') * width)[:width]
+    write(site, 'd/t/index', index)
 
 
 def usual_trades():

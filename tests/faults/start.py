@@ -3,7 +3,7 @@
 
     start.py BUILD_DIRECTORY [--short] [GROUP ...]
 
-Groups: streams, masks, readonly, leftovers, kinds, limits, names, texts, records. After each run:
+Groups: streams, masks, readonly, disk, leftovers, kinds, limits, names, texts, records. After each run:
 status 0, every store whole, nothing touched around the site, and a next run that works once the
 cause is gone. Needs python3 and a C++ compiler; as root it also gives files away and runs as another user
 (setpriv of util-linux). --short leaves cases out of the long tables.
@@ -44,6 +44,12 @@ class Case:
 
     def write(self, name, text):
         layout.write(self.site, name, text)
+
+    def give_away(self, which=lambda path: True):
+        """To the user whom permissions bind."""
+        for path in ['', *layout.tree(self.site)] if ROOT else ():
+            if which(path):
+                os.chown(os.path.join(self.site, path), NOBODY, NOBODY)
 
     def around(self):
         return {k: v for k, v in layout.tree(self.root).items() if not k.startswith('www/site')}
@@ -92,6 +98,11 @@ class Case:
         found = [e for e in self.events() if e[0].startswith(subject) and e[1] == level]
         self.expect(len(found) == 1, '%d events %s of level %s' % (len(found), subject, level))
 
+    def expect_hits(self, number, count):
+        """In the 60-minute window, which had 9 of them."""
+        got = layout.summary(self.site)[number][0] - 9
+        self.expect(got == count, '%d hits counted instead of %d' % (got, count))
+
     def expect_unchanged(self, *names):
         now = layout.tree(self.site)
         for name in names or self.before:
@@ -108,9 +119,9 @@ class Case:
         """Old, or as new as a run may leave it."""
         now = layout.tree(self.site)
         for name in STORES:
-            if name in but or now.get(name, '') == self.before.get(name, '') or name not in now:
+            if name in but or now.get(name, '') == self.before.get(name, ''):
                 continue
-            data = now[name]
+            data = now.get(name) or b''
             whole = {'d/t/sum': lambda: layout.summary(self.site) is not None and
                      data.count(b'\n') == self.before['d/t/sum'].count(b'\n'),
                      'd/set': lambda: data.count(b'\n') == 6,
@@ -185,24 +196,42 @@ def masks():
             case.expect((now.st_uid, now.st_gid) == (user, group), path + ' has another owner')
         case.expect_complete()
         case.done()
+    # Files of others, which a run that may not give files away must not take from them.
+    for mode, (user, group), replaced in itertools.product(
+            (0o666, 0o660, 0o664), ((NOBODY, NOBODY), (12345, NOBODY), (12345, 12345)), STORES[:3]):
+        if not ROOT or mode != 0o666 and group != NOBODY:
+            continue
+        case = Case('%s of mode %04o and owner %d:%d, run by another' % (replaced, mode, user, group))
+        case.give_away(lambda path: path != replaced)
+        path = os.path.join(case.site, replaced)
+        os.chown(path, user, group)
+        os.chmod(path, mode)
+        case.run(**unprivileged())
+        now = os.stat(path)
+        case.expect(stat.S_IMODE(now.st_mode) == mode, '%s has mode %o' % (path, now.st_mode))
+        case.expect((now.st_uid, now.st_gid) == (user, group) or mode == 0o666, 'another owner')
+        case.expect_complete()
+        case.done()
 
 
-def as_nobody():
-    return ['setpriv', '--reuid=%d' % NOBODY, '--regid=%d' % NOBODY, '--clear-groups']
+def unprivileged():
+    """How a run is started by a user whom permissions bind."""
+    program = os.path.join(FOLDER, 'program')
+    shutil.copy(PROGRAM, program)
+    library = os.path.join(FOLDER, 'clock')
+    shutil.copy(layout.PRELOAD, library)
+    os.chmod(FOLDER, 0o755)
+    # The wrappers must not load the clock: it takes itself out of the environment.
+    variables = layout.environment(CLOCK)
+    del variables['LD_PRELOAD']
+    user = ['setpriv', '--reuid=%d' % NOBODY, '--regid=%d' % NOBODY, '--clear-groups']
+    return dict(program=program, variables=variables,
+                wrapper=[*(user if ROOT else []), 'env', 'LD_PRELOAD=' + library])
 
 
 def readonly():
     """By permissions, for a user whom they bind. What may be written: nothing, all but what a
     pattern names, or the files but no new ones."""
-    program = os.path.join(FOLDER, 'program')
-    shutil.copy(PROGRAM, program)
-    library = os.path.join(FOLDER, 'clock')
-    shutil.copy(layout.PRELOAD, library)
-    # The wrappers must not load the clock: it takes itself out of the environment.
-    variables = layout.environment(CLOCK)
-    del variables['LD_PRELOAD']
-    wrapper = (as_nobody() if ROOT else []) + ['env', 'LD_PRELOAD=' + library]
-    os.chmod(FOLDER, 0o755)
     folders = r'd|d/t|d/h'
     table = [('everything', r'.*', None), ('d/t and d/set', r'd/t.*|d/set', ('d/t/index', '1')),
              ('d/t/sum', r'd/t/sum', ('d/t/sum', '1')),
@@ -212,19 +241,20 @@ def readonly():
              ('l/sys/cron.run', r'l/sys/cron.run', ('l/sys/cron.run', '0')),
              ('d/h/all.his', 'd/h/all.his', ('d/h/all.his', '0')),
              ('l/hdd.check', r'l/hdd.check', ('unable to perform hdd check (write test)', '1')),
-             ('the event log', r'l/sys/sys.log', None)]
+             ('the event log', r'l/sys/sys.log', None),
+             ('leftovers', r'd/.*\.new', None)]
     for name, pattern, event in table:
         case = Case('read-only: ' + name)
-        for folder, inner, names in os.walk(case.site):
-            for path in [os.path.join(folder, n) for n in inner + names] + [folder]:
-                closed = re.fullmatch(pattern, os.path.relpath(path, case.site))
-                if ROOT:
-                    os.chown(path, NOBODY, NOBODY)
-                os.chmod(path, os.stat(path).st_mode & (0o555 if closed else 0o777))
-        case.run(program, wrapper=wrapper, variables=variables)
+        for new in ('d/t/sum.new', 'd/set.new', 'd/alerts.new') if name == 'leftovers' else ():
+            case.write(new, 'garbage')
+        case.give_away()
+        for path in [os.path.join(case.site, p) for p in layout.tree(case.site)] + [case.site]:
+            if re.fullmatch(pattern, os.path.relpath(path, case.site)):
+                os.chmod(path, os.stat(path).st_mode & 0o555)
+        case.run(**unprivileged())
         if name == 'everything':
             case.expect_unchanged()
-        if pattern == folders:  # in place instead of replaced, with the same outcome
+        if name in ('the folders of d', 'leftovers'):  # in place, with the same outcome
             case.expect_complete()
         if event:
             case.expect_event(*event)
@@ -233,34 +263,88 @@ def readonly():
         case.next_run()
         case.done()
     mount = 'mount --bind . . && mount -o remount,bind,ro . && cd "$PWD" && exec "$@"'
-    own = ['unshare', '--mount', 'sh', '-c', mount, 'sh']
-    if subprocess.run([*own, 'true'], cwd=FOLDER, stderr=subprocess.DEVNULL).returncode == 0:
+    own = [*OWN_MOUNTS, mount, 'sh']
+    if can_mount():
         case = Case('read-only file system')
-        case.run(program, wrapper=own + ['env', 'LD_PRELOAD=' + library], variables=variables)
+        start = unprivileged()
+        case.run(**{**start, 'wrapper': own + start['wrapper'][-2:]})
         case.expect_unchanged()
         case.next_run()
         case.done()
-    else:
-        print('readonly: no mounting here, the case of a read-only file system is left out')
+
+
+OWN_MOUNTS = ['unshare', '--mount', 'sh', '-c']
+
+
+def can_mount():
+    able = subprocess.run([*OWN_MOUNTS, 'mount -t tmpfs none .'], cwd=FOLDER,
+                          stderr=subprocess.DEVNULL).returncode == 0
+    if not able:
+        print('no mounting here: the case is left out')
+    return able
+
+
+def disk():
+    """A disk that fills up for some minutes: each of them is counted once there is room."""
+    script = '''mount -t tmpfs -o size=8m none "$1" && cp -a . "$1" && program=$2 clock=$3 && cd "$1"
+        start() { LD_PRELOAD=$library FROZEN_CLOCK=$clock "$program"; clock=$((clock + 60)); }
+        start && head -c 9m /dev/zero 2>/dev/null >filler; start && start && start
+        cp -a . "$4" && rm "$4/filler" filler && start && cp -a . "$5"'''
+    if not can_mount():
+        return
+    case = Case('a full disk')
+    # Room for its lines: it has a block.
+    case.write('l/sys/sys.log', '|202405142300|cron|2|earlier|0||||\n')
+    for i in range(1, 5):
+        layout.write_logs(case.site, CLOCK + 60 * i)
+    site, full, after = case.site, case.root + '/full', case.root + '/after'
+    variables = layout.environment(CLOCK, library=layout.PRELOAD)
+    del variables['LD_PRELOAD']
+    os.mkdir(case.root + '/mounted')
+    case.before = layout.tree(site)
+    done = subprocess.run([*OWN_MOUNTS, script, 'sh', case.root + '/mounted', PROGRAM, str(CLOCK),
+                           full, after], cwd=site, env=variables, stderr=subprocess.DEVNULL)
+    case.expect(done.returncode == 0, 'status %d' % done.returncode)
+    case.site = full
+    case.expect_hits(11, 3)
+    for name in STORES:
+        case.expect(layout.read(full, name) == REFERENCE[name], name + ' changed on a full disk')
+    case.expect(case.events().count(('unable to perform hdd check (disk full?)', '1')) == 3,
+                'not an event each minute')
+    case.site = after
+    case.expect_hits(11, 15)
+    case.expect_stores_whole()
+    case.done()
 
 
 def leftovers():
     """What a killed run, or somebody else, left where the run writes the new file."""
-    for name in ('d/t/sum.new', 'd/set.new'):
-        for kind in ('garbage', 'unwritable', 'link around', 'link nowhere', 'fifo'):
-            case = Case('left over: %s, %s' % (name, kind))
-            path = os.path.join(case.site, name)
-            if kind in ('garbage', 'unwritable'):
-                case.write(name, 'garbage')
-                os.chmod(path, 0o644 if kind == 'garbage' else 0o444)
-            elif kind == 'fifo':
-                os.mkfifo(path)
-            else:
-                os.symlink(os.path.join(case.root, 'file' if 'around' in kind else 'no'), path)
-            case.run()
-            case.expect_complete()
-            case.expect(kind != 'garbage' or not os.path.lexists(path), name + ' is still there')
-            case.done()
+    kinds = ['garbage', 'link around', 'link nowhere', 'hard link around', 'folder', 'fifo']
+    for name, kind in itertools.product(('d/t/sum.new', 'd/set.new', 'd/alerts.new'),
+                                        kinds + ['of root'] * ROOT):
+        case = Case('left over: %s, %s' % (name, kind))
+        path = os.path.join(case.site, name)
+        if 'alerts' in name:  # replaced when it gets shorter
+            text = layout.read(case.site, 'd/alerts')
+            case.write('d/alerts', b'junk before the bar' + text)
+        if kind in ('garbage', 'of root'):
+            case.write(name, 'garbage' * 999)
+        elif kind == 'folder':
+            os.mkdir(path)
+        elif kind == 'fifo':
+            os.mkfifo(path)
+        elif kind == 'hard link around':
+            os.link(os.path.join(case.root, 'file'), path)
+        else:
+            os.symlink(os.path.join(case.root, 'file' if 'around' in kind else 'no'), path)
+        if kind == 'of root':
+            case.give_away(lambda p: p != name)
+            os.chmod(path, 0o666)
+        case.run(**(unprivileged() if kind == 'of root' else {}))
+        case.expect_complete(name)
+        case.expect(kind not in ('garbage', 'of root', 'hard link around') or
+                    not os.path.lexists(path), name + ' is still there')
+        case.done()
 
 
 def make_kind(case, name, kind):
@@ -285,6 +369,13 @@ def make_kind(case, name, kind):
     return data
 
 
+# What is reported, at least, when the file is there but nothing can be read from it or written.
+EVENTS = {'d/t/sum': ('d/t/sum', '1'), 'd/set': ('', '1'), 'd/alerts': ('alerts settings file', '0'),
+          'd/t/index': ('d', '1'), 'd/out.lst': ('d/out.lst', '0'), 'd/t/11': ('d/t/11', '01'),
+          'l/hdd.check': ('unable to perform hdd check', '1'), 'd/h/all.his': ('d/h/all.his', '0'),
+          'd/h/alpha.example.his': ('d/h/alpha.example.his', '0')}
+
+
 def kinds():
     stores = STORES + ['l/sys/cron.run', 'l/sys/cron.last', 'l/sys/sys.log', 'l/hdd.check',
                        'd/h/all.his', 'd/h/alpha.example.his', 'd/ip.psv', 'd/geo.rating', 'd/ds',
@@ -301,6 +392,10 @@ def kinds():
         path = os.path.join(case.site, name)
         case.run()
         case.expect_stores_whole(name)
+        if name in EVENTS and kind in ('folder', '/dev/full', 'fifo', 'loop'):
+            subject, level = EVENTS[name]
+            case.expect(any(s.startswith(subject) and lv in level for s, lv in case.events()),
+                        'no event of it')
         if linked and name in REFERENCE:
             case.expect(os.path.islink(path), 'the link was replaced')
             if name != 'l/sys/sys.log':
@@ -333,7 +428,10 @@ def limits():
         short_of_it = ('not enough memory for the run', '1') in case.events()
         reported += short_of_it
         done = layout.read(case.site, 'd/out.lst') == REFERENCE['d/out.lst']
-        case.expect(got or case.events() or done, 'neither the whole work nor an event')
+        if not reported and not case.events():  # not even room for a line
+            case.expect_unchanged(*STORES)
+        else:
+            case.expect(got or case.events() or done, 'neither the whole work nor an event')
         case.expect_stores_whole()
         case.write('d/ip.psv', '')
         case.next_run()
@@ -367,6 +465,7 @@ def names():
         case = Case('trades called %r' % (group if len(group) == 1 else 'all of it'))
         bad = [(100 + i, name, {}) for i, name in enumerate(group)]
         layout.set_index(case.site, reserved + bad + good)
+        layout.set_texts(case.site, len(reserved), [name for _, name, _ in bad])
         layout.write_logs(case.site, case.clock)
         case.write('d/alerts', '|./mailer.sh|a@b.example $(touch pwned)|`touch pwned`@d.example'
                    '|;touch pwned|0|1|1;touch pwned|0|0|1|0|1|0|1|')
@@ -455,6 +554,19 @@ def records():
               dict(rin=1)),
              ('hostile fields', layout.in_record('$(touch pwned)').replace('mozilla', '../../x'),
               dict(rin=0))]
+    for kind, out in (('huge agent', layout.out_record(NAMES[0], 12).replace('mozilla', huge)),
+                      ('huge name', layout.out_record(huge, 12)),
+                      ('NUL bytes', layout.out_record(NAMES[0] + '\0', '12')),
+                      ('huge target', layout.out_record(NAMES[0], '9' * len(huge))),
+                      ('hostile target', layout.out_record(NAMES[0], '../../12'))):
+        case = Case('click: ' + kind)
+        sent = [layout.out_record(NAMES[n], 13) * 2 for n in (1, 2)]
+        case.write('l/out/24-135-23-58', sent[0] + out + sent[1])
+        case.run()
+        case.expect_slot(11, rin=3, clk=0 if kind in ('huge name', 'NUL bytes') else 1)
+        case.expect_slot(12, rin=3, clk=2, out='target' not in kind)
+        case.expect_slot(13, rin=3, clk=2, out=4)
+        case.done()
     for kind, record, counts in table:
         case = Case('record: ' + kind)
         case.write('l/in/24-135-23-58', good[0] + record + good[1])
@@ -474,7 +586,7 @@ def records():
         case.done()
 
 
-GROUPS = [streams, masks, readonly, leftovers, kinds, limits, names, texts, records]
+GROUPS = [streams, masks, readonly, disk, leftovers, kinds, limits, names, texts, records]
 with layout.scratch() as FOLDER:
     reference = Case('reference')
     reference.run()
