@@ -242,7 +242,8 @@ def readonly():
              ('d/h/all.his', 'd/h/all.his', ('d/h/all.his', '0')),
              ('l/hdd.check', r'l/hdd.check', ('unable to perform hdd check (write test)', '1')),
              ('the event log', r'l/sys/sys.log', None),
-             ('leftovers', r'd/.*\.new', None)]
+             ('leftovers', r'd/.*\.new', None),
+             ('write-only', r'd/out.lst|l/sys/cron.last', None)]
     for name, pattern, event in table:
         case = Case('read-only: ' + name)
         for new in ('d/t/sum.new', 'd/set.new', 'd/alerts.new') if name == 'leftovers' else ():
@@ -250,11 +251,11 @@ def readonly():
         case.give_away()
         for path in [os.path.join(case.site, p) for p in layout.tree(case.site)] + [case.site]:
             if re.fullmatch(pattern, os.path.relpath(path, case.site)):
-                os.chmod(path, os.stat(path).st_mode & 0o555)
+                os.chmod(path, os.stat(path).st_mode & (0o222 if name == 'write-only' else 0o555))
         case.run(**unprivileged())
         if name == 'everything':
             case.expect_unchanged()
-        if name in ('the folders of d', 'leftovers'):  # in place, with the same outcome
+        if name in ('the folders of d', 'leftovers', 'write-only'):  # the same, but in place
             case.expect_complete()
         if event:
             case.expect_event(*event)
