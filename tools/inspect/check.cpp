@@ -1,7 +1,9 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
+#include <cstdint>
 #include <iostream>
+#include <utility>
 
 #include "base/clock.h"
 #include "base/numbers.h"
@@ -9,6 +11,7 @@
 #include "findings.h"
 #include "run/run_guard.h"
 #include "site.h"
+#include "store/summary.h"
 #include "views.h"
 
 namespace vantrel::inspect {
@@ -112,10 +115,12 @@ void check_disk_and_logs(Findings& findings) {
   } else if (exists(kScratch) && !is_regular(kScratch)) {
     findings.as_event(kScratch, event::disk_full);
   }
-  struct statvfs disk {};
-  if (::statvfs("l", &disk) == 0) {
+  for (const auto& [directory, needed] :
+       {std::pair("l", std::uint64_t{1}), {"d/t", std::uint64_t{file_size(kSummaryFile)}}}) {
+    struct statvfs disk {};
+    if (::statvfs(directory, &disk) != 0) continue;
     const auto free = ::geteuid() == 0 ? disk.f_bfree : disk.f_bavail;
-    if (free == 0) findings.as_event("disk", event::disk_full);
+    if (free * disk.f_frsize < needed) findings.as_event("disk", event::disk_full);
   }
   for (const char* directory : {"l/in", "l/out"}) {
     if (!is_directory(directory) || !may_read(directory)) {
