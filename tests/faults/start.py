@@ -413,6 +413,24 @@ def kinds():
         case.done()
 
 
+    for name, kind in itertools.product(('d/h', 'd/t', 'd/nm', 'd/backup', 'l/in', 'l/out', 'l/sys'),
+                                        ('missing', 'a file')):
+        case = Case('folder %s is %s' % (name, kind))
+        path, kept = os.path.join(case.site, name), os.path.join(case.root, 'kept')
+        os.rename(path, kept)
+        if kind == 'a file':
+            case.write(name, 'no folder')
+        case.run()
+        case.expect_stores_whole()
+        if kind == 'a file':
+            case.expect_unchanged(name)
+            os.unlink(path)
+        case.expect(not os.path.exists(path), 'the folder was made')
+        os.rename(kept, path)
+        case.next_run()
+        case.done()
+
+
 def limit(kind, value):
     return lambda: resource.setrlimit(kind, (value, value))
 
