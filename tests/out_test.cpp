@@ -131,7 +131,7 @@ TEST(Scoring, Formula) {
 }
 
 TEST(Planning, BoostRankingAndGeneratedWeights) {
-  OutSettings settings{{}, {{"100", "100", "100", "0", "0", "0", "0", "", "10", "50"}}, {}};
+  OutSettings settings{{}, OutMod({"100", "100", "100", "0", "0", "0", "0", "", "10", "50"}), {}};
   std::vector<TradeWork> works(1);
   TradeWork& work = works[0];
   work.last24 = counters({{rin, 20}, {out, 30}, {cef, 10}});
