@@ -18,41 +18,9 @@
 #include <string>
 
 #include "sample_site.h"
+#include "sizes.h"
 
 namespace {
-
-// 2026-11-16 12:07:10 UTC. In minute 7 nothing is due that is not due every minute, and history is
-// read.
-constexpr std::time_t kNow = 1794830830;
-
-vantrel::SampleSize preset(const std::string& name) {
-  vantrel::SampleSize size;
-  size.log_minutes = 1;
-  if (name == "small") {
-    size.trades = 50;
-    size.hits_per_minute = 200;
-    size.ip_ranges = 5000;
-    size.history_days = 30;
-    return size;
-  }
-  size.trades = 500;
-  size.hits_per_minute = 10000;
-  size.ip_ranges = 200000;
-  size.history_days = 365;
-  size.proxies = 5000;
-  size.agent_fragments = 300;
-  if (name == "site") return size;
-  if (name == "big") {
-    size.trades = 5000;
-    size.hits_per_minute = 100000;
-    return size;
-  }
-  if (name == "catchup") {
-    size.log_minutes = 60;
-    return size;
-  }
-  throw std::invalid_argument("no preset " + name);
-}
 
 void change(vantrel::SampleSize& size, const std::string& assignment) {
   const std::size_t sign = assignment.find('=');
@@ -73,7 +41,7 @@ void change(vantrel::SampleSize& size, const std::string& assignment) {
 
 // The run before this one was as many minutes ago as there are logs to read.
 void set_last_run(const std::filesystem::path& directory, int minutes) {
-  const std::time_t last = kNow - minutes * 60;
+  const std::time_t last = bench::kNow - minutes * 60;
   char stamp[16];
   const std::tm local = *std::localtime(&last);
   const std::size_t length = std::strftime(stamp, sizeof stamp, "%m%d%H%M\n", &local);
@@ -89,14 +57,14 @@ int main(int argc, char** argv) {
   }
   try {
     ::setenv("TZ", "UTC", 1);
-    vantrel::SampleSize size = preset(argv[2]);
+    vantrel::SampleSize size = bench::preset(argv[2]);
     for (int i = 3; i < argc; ++i) change(size, argv[i]);
-    vantrel::write_sample_site(argv[1], size, kNow);
+    vantrel::write_sample_site(argv[1], size, bench::kNow);
     if (size.log_minutes > 1) set_last_run(argv[1], size.log_minutes);
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "%s\n", failure.what());
     return 1;
   }
-  std::printf("%lld\n", static_cast<long long>(kNow));
+  std::printf("%lld\n", static_cast<long long>(bench::kNow));
   return 0;
 }

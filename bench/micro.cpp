@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <ctime>
 #include <filesystem>
 #include <random>
 #include <stdexcept>
@@ -21,6 +20,7 @@
 #include "settings/main_settings.h"
 #include "settings/rating_tables.h"
 #include "settings/traffic_settings.h"
+#include "sizes.h"
 #include "store/summary.h"
 #include "store/trade_index.h"
 #include "traffic/agent_rating.h"
@@ -31,8 +31,7 @@ namespace {
 
 using namespace vantrel;
 
-constexpr std::time_t kNow = 1794830830;  // 2026-11-16 12:07:10 UTC
-constexpr const char* kLogMinute = "26-320-12-06";
+constexpr const char* kLogMinute = "26-320-12-06";  // the one before bench::kNow
 constexpr const char* kFormula = "(uin60*3+cef24/2+clk07)*(100+ctt60)/(out24+1)-rec60";
 
 // What the pieces work on, loaded once.
@@ -194,15 +193,9 @@ int main(int argc, char** argv) {
   int status = 0;
   try {
     ::setenv("TZ", "UTC", 1);
-    vantrel::SampleSize size;
-    size.trades = 500;
-    size.hits_per_minute = 10000;
-    size.log_minutes = 1;
-    size.ip_ranges = 200000;
+    vantrel::SampleSize size = bench::preset("site");
     size.history_days = 1;
-    size.proxies = 5000;
-    size.agent_fragments = 300;
-    vantrel::write_sample_site(site, size, kNow);
+    vantrel::write_sample_site(site, size, bench::kNow);
     std::filesystem::current_path(site);
     load_site();
     benchmark::RunSpecifiedBenchmarks();

@@ -136,11 +136,29 @@ std::size_t draw_id(Dice& dice, std::int32_t& id) {
   return position;
 }
 
-void add_in(Dice& dice, Minute& minute) {
-  Record record(minute.in_log);
+// The address, which has the first rules of a direction; is it that of a listed proxy?
+bool add_address(Dice& dice, Record& record, int first_rule) {
   const Address address = draw_address(dice);
   record.field(address.choice.text);
-  record.apply(0, address.choice);
+  record.apply(first_rule, address.choice);
+  return address.listed_proxy;
+}
+
+// The agent with its rules from the given one on, and the proxy flag; did the hit come by a proxy?
+bool add_agent_and_proxy(Dice& dice, Record& record, int agent_rule, int proxy_rule, bool listed) {
+  const Choice agent = draw_agent(dice);
+  record.field(agent.text);
+  record.apply(agent_rule, agent);
+  const bool flagged = dice.one_in(10);
+  record.field(flagged ? "1" : dice.one_in(2) ? "0" : "");
+  const bool proxy = flagged || listed;
+  record.apply(proxy ? proxy_rule : proxy_rule + 1);
+  return proxy;
+}
+
+void add_in(Dice& dice, Minute& minute) {
+  Record record(minute.in_log);
+  const bool listed = add_address(dice, record, 0);
   std::string name;
   Counts& trade = minute.counts[draw_name(dice, name)];
   record.field(name);
@@ -152,14 +170,7 @@ void add_in(Dice& dice, Minute& minute) {
     ++trade[slot::uin];
     record.apply(8);
   }
-  const Choice agent = draw_agent(dice);
-  record.field(agent.text);
-  record.apply(3, agent);
-  const bool flagged = dice.one_in(10);
-  record.field(flagged ? "1" : "0");
-  const bool proxy = flagged || address.listed_proxy;
-  if (proxy) ++trade[slot::proxy_in];
-  record.apply(proxy ? 10 : 11);
+  if (add_agent_and_proxy(dice, record, 3, 10, listed)) ++trade[slot::proxy_in];
   const Choice request = draw_request(dice);
   record.field(request.text);
   record.apply(6, request);
@@ -211,9 +222,7 @@ void add_details(Dice& dice, Minute& minute, Record& record, Counts& source,
 
 void add_out(Dice& dice, Minute& minute) {
   Record record(minute.out_log);
-  const Address address = draw_address(dice);
-  record.field(address.choice.text);
-  record.apply(12, address.choice);
+  const bool listed = add_address(dice, record, 12);
   std::string name;
   Counts& source = minute.counts[draw_source(dice, name)];
   record.field(name);
@@ -232,17 +241,10 @@ void add_out(Dice& dice, Minute& minute) {
     ++source[slot::ctt];
     record.apply(32);
   }
-  const Choice agent = draw_agent(dice);
-  record.field(agent.text);
-  record.apply(15, agent);
-  const bool flagged = dice.one_in(10);
-  record.field(flagged ? "1" : "");
-  const bool proxy = flagged || address.listed_proxy;
-  if (proxy) {
+  if (add_agent_and_proxy(dice, record, 15, 22, listed)) {
     ++target[slot::proxy_out];
     ++source[slot::proxy_clk];
   }
-  record.apply(proxy ? 22 : 23);
   draw_tag(dice, record);
   add_details(dice, minute, record, source, name);
   record.end({&target[slot::rto], &source[slot::rtc]});

@@ -98,9 +98,8 @@ enum class Growth {
 
 // For a file that stays in place because others hold or read it at any moment: written over the old
 // contents as one buffer, and only then cut to its new length, so that a reader never meets an
-// empty or a short file. When the write fails the old contents are put back, if the file may be read
-// as well. Creates the file if it
-// is missing. Not flushed to disk.
+// empty or a short file. When the write fails the old contents are put back, if the file may be
+// read as well. Creates the file if it is missing. Not flushed to disk.
 [[nodiscard]] bool overwrite_file(const char* path, std::string_view text,
                                   Growth growth = Growth::while_writing);
 
@@ -108,8 +107,8 @@ enum class Growth {
 // disk and renamed over it, so that a kill or a power cut leaves the old file or the new one. The
 // mode is kept, and the owner where the system allows. A leftover of a killed run is used again,
 // and two runs that overlap take turns. A file that is no regular file, whose folder takes no new
-// file, or whose new owner would lock somebody out, is overwritten in place instead. On failure, and
-// when the existing file is not writable, the old file is whole.
+// file, or whose new owner would lock somebody out, is overwritten in place instead. On failure,
+// and when the existing file is not writable, the old file is whole.
 [[nodiscard]] bool replace_file(const char* path, std::string_view text);
 
 // Is there room on the disk for the file that replace_file() writes beside this one, if it is as

@@ -21,7 +21,7 @@ struct HashSeed {
 };
 extern const HashSeed hash_seed;
 
-// The whole product of two numbers, folded: every bit of both counts in every bit of it.
+// The upper and the lower half of the product of two numbers, put together.
 [[nodiscard]] inline std::uint64_t folded_product(std::uint64_t a, std::uint64_t b) {
   __extension__ using Wide = unsigned __int128;
   const Wide product = static_cast<Wide>(a) * b;

@@ -97,11 +97,12 @@ def set_index(site, trades, statistics=SLOTS):
 
 
 def set_texts(site, first, texts):
-    """Fills the texts that go into the outgoing list, of trades from a position on, to their width."""
+    """Fills the texts that go into the outgoing list to their width, of trades from a position on."""
     index = bytearray(read(site, 'd/t/index'))
     for i, text in enumerate(texts, first):
         for offset, width in ((80, 120), (848, 32)):
-            index[i * RECORD + offset:i * RECORD + offset + width] = ((text or b'x') * width)[:width]
+            at = i * RECORD + offset
+            index[at:at + width] = ((text or b'x') * width)[:width]
     write(site, 'd/t/index', index)
 
 

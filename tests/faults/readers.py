@@ -76,7 +76,8 @@ def main():
                 keep_off(site, moment)
                 before = layout.read(site, 'd/out.lst')
                 if truncating and i >= 2:
-                    layout.write(site, 'd/out.lst', layout.list_of((lengths[i % 2] - HEADER) // ENTRY, i % 2))
+                    entries = (lengths[i % 2] - HEADER) // ENTRY
+                    layout.write(site, 'd/out.lst', layout.list_of(entries, i % 2))
                 elif layout.run(program, site, moment) != 0:
                     sys.exit('a run failed')
                 now = layout.read(site, 'd/out.lst')

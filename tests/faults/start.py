@@ -3,11 +3,12 @@
 
     start.py BUILD_DIRECTORY [--short] [GROUP ...]
 
-Groups: streams, masks, readonly, disk, leftovers, kinds, limits, names, texts, records. After each run:
-status 0, every store whole, nothing touched around the site, and a next run that works once the
+Groups: streams, masks, readonly, disk, leftovers, kinds, limits, names, texts, records. After each
+run: status 0, every store whole, nothing touched around the site, and a next run that works once the
 cause is gone. Needs python3 and a C++ compiler; as root it also gives files away and runs as another user
 (setpriv of util-linux). --short leaves cases out of the long tables.
 """
+import functools
 import itertools
 import os
 import re
@@ -214,6 +215,7 @@ def masks():
         case.done()
 
 
+@functools.cache
 def unprivileged():
     """How a run is started by a user whom permissions bind."""
     program = os.path.join(FOLDER, 'program')
@@ -371,9 +373,11 @@ def make_kind(case, name, kind):
 
 
 # What is reported, at least, when the file is there but nothing can be read from it or written.
-EVENTS = {'d/t/sum': ('d/t/sum', '1'), 'd/set': ('', '1'), 'd/alerts': ('alerts settings file', '0'),
-          'd/t/index': ('d', '1'), 'd/out.lst': ('d/out.lst', '0'), 'd/t/11': ('d/t/11', '01'),
-          'l/hdd.check': ('unable to perform hdd check', '1'), 'd/h/all.his': ('d/h/all.his', '0'),
+EVENTS = {'d/t/sum': ('d/t/sum', '1'), 'd/set': (('d/set', 'file d/set is corrupt'), '1'),
+          'd/t/index': (('d/t/index', 'database was not fully loaded'), '1'),
+          'd/alerts': ('alerts settings file', '0'), 'd/out.lst': ('d/out.lst', '0'),
+          'd/t/11': ('d/t/11', '01'), 'l/hdd.check': ('unable to perform hdd check', '1'),
+          'd/h/all.his': ('d/h/all.his', '0'),
           'd/h/alpha.example.his': ('d/h/alpha.example.his', '0')}
 
 
