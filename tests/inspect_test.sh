@@ -78,6 +78,10 @@ for view in "${views[@]}"; do
 done
 lines=$("$build/vantrel-inspect" --help | awk 'length($0) > 80 { exit 1 } END { print NR }') &&
   [ "$lines" -le 24 ] || fail "the help does not fit a screen"
+version=$(sed -n 's/^project(vantrel VERSION \([0-9.]*\).*/\1/p' "$(dirname "$0")/../CMakeLists.txt")
+for program in inspect sample-site day; do
+  [ "$("$build/vantrel-$program" --version)" = "vantrel-$program $version" ] || fail "version of $program"
+done
 
 echo "== what the views say"
 value() { inspect $1 --json | python3 -c "import json, sys; d = json.load(sys.stdin)['data']; print($2)"; }

@@ -2,7 +2,10 @@
 
 #include <array>
 #include <charconv>
+#include <iostream>
 #include <string_view>
+
+#include "base/version.h"
 
 namespace vantrel {
 namespace {
@@ -52,7 +55,19 @@ std::string sample_usage(const char* program) {
   return text +
          "  --seed N      the same number gives the same site (1)\n"
          "  --at N        seconds since the epoch of the first run (now)\n"
-         "  --curve       traffic follows the hour of the day\n";
+         "  --curve       traffic follows the hour of the day\n"
+         "  --version     show the version\n";
+}
+
+bool answer_about(const char* program, int argc, char** argv) {
+  for (int i = 1; i < argc; ++i) {
+    const std::string_view argument = argv[i];
+    if (argument != "--help" && argument != "--version") continue;
+    std::cout << (argument == "--help" ? sample_usage(program)
+                                       : std::string(program) + " " + kVersion + "\n");
+    return true;
+  }
+  return false;
 }
 
 std::optional<SampleOptions> parse_sample_options(int argc, char** argv) {

@@ -18,6 +18,9 @@ struct SampleOptions {
 // The text for --help and for wrong usage.
 [[nodiscard]] std::string sample_usage(const char* program);
 
+// Whether --help or --version was asked for; the answer has been printed then.
+[[nodiscard]] bool answer_about(const char* program, int argc, char** argv);
+
 // Nothing when the command line is wrong.
 [[nodiscard]] std::optional<SampleOptions> parse_sample_options(int argc, char** argv);
 

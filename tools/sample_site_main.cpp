@@ -5,6 +5,7 @@
 #include "sample_options.h"
 
 int main(int argc, char** argv) {
+  if (vantrel::answer_about("vantrel-sample-site", argc, argv)) return 0;
   const auto options = vantrel::parse_sample_options(argc, argv);
   if (!options) {
     std::cerr << vantrel::sample_usage("vantrel-sample-site");

@@ -139,6 +139,7 @@ void simulate(const SampleOptions& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (vantrel::answer_about("vantrel-day", argc, argv)) return 0;
   const auto options = vantrel::parse_sample_options(argc, argv);
   if (!options) {
     std::cerr << vantrel::sample_usage("vantrel-day")

@@ -7,6 +7,7 @@
 #include <iostream>
 #include <string>
 
+#include "base/version.h"
 #include "site.h"
 #include "views.h"
 
@@ -29,6 +30,8 @@ void add_commands(CLI::App& app, Options& options) {
   app.require_subcommand(1);
   app.fallthrough();
   app.set_help_flag("-h,--help", "Show this help, or that of a command");
+  app.set_version_flag("--version", std::string("vantrel-inspect ") + vantrel::kVersion,
+                       "Show the version");
   app.add_option("--site", options.site, "Directory of the site, instead of the current one")
       ->type_name("DIR");
   app.add_flag("--json", options.json, "Print the view as JSON");
