@@ -2,9 +2,9 @@
 //
 //   vantrel-bench-site DIRECTORY PRESET [NAME=NUMBER...]
 //
-// Presets: small, site, big, catchup. The names change single sizes of the preset: trades, hits (a
-// minute and direction), minutes (of logs the run has to read), ranges, days, proxies, agents,
-// seed. Prints the moment of the run that is to come, in seconds since the epoch.
+// Presets: small, typical, site, big, catchup. The names change single sizes of the preset: trades,
+// hits (a minute and direction), minutes (of logs the run has to read), ranges, days, proxies,
+// agents, seed. Prints the moment of the run that is to come, in seconds since the epoch.
 #include <stdlib.h>
 
 #include <cstdio>

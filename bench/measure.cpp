@@ -1,5 +1,5 @@
 // Runs a program once and prints what it took: microseconds of CPU (its own and its children's,
-// user and system), microseconds of wall time, peak memory in KiB.
+// user and system), microseconds of wall time, peak memory in KiB, page faults.
 //
 //   vantrel-measure CLOCK LIBRARY DIRECTORY PROGRAM [ARGUMENT...]
 //
@@ -38,7 +38,8 @@ int main(int argc, char** argv) {
   if (child < 0 || ::wait4(child, &status, 0, &usage) != child || status != 0) return 1;
   const auto wall = std::chrono::duration_cast<std::chrono::microseconds>(
       std::chrono::steady_clock::now() - start);
-  std::printf("%ld %ld %ld\n", microseconds(usage.ru_utime) + microseconds(usage.ru_stime),
-              static_cast<long>(wall.count()), usage.ru_maxrss);
+  std::printf("%ld %ld %ld %ld\n", microseconds(usage.ru_utime) + microseconds(usage.ru_stime),
+              static_cast<long>(wall.count()), usage.ru_maxrss,
+              usage.ru_minflt + usage.ru_majflt);
   return 0;
 }

@@ -13,7 +13,7 @@ namespace bench {
 // read.
 inline constexpr std::time_t kNow = 1794830830;
 
-// small, site, big or catchup; throws for other names.
+// small, typical, site, big or catchup; throws for other names.
 inline vantrel::SampleSize preset(const std::string& name) {
   vantrel::SampleSize size;
   size.log_minutes = 1;
@@ -24,10 +24,17 @@ inline vantrel::SampleSize preset(const std::string& name) {
     size.history_days = 30;
     return size;
   }
+  size.ip_ranges = 200000;  // the addresses of the world, the same for every site
+  size.history_days = 365;
+  if (name == "typical") {
+    size.trades = 50;
+    size.hits_per_minute = 200;
+    size.proxies = 200;
+    size.agent_fragments = 60;
+    return size;
+  }
   size.trades = 500;
   size.hits_per_minute = 10000;
-  size.ip_ranges = 200000;
-  size.history_days = 365;
   size.proxies = 5000;
   size.agent_fragments = 300;
   if (name == "site") return size;

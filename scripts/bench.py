@@ -4,14 +4,18 @@
     cmake --preset bench && cmake --build build/bench
     scripts/bench.py                          all presets
     scripts/bench.py --preset site --pairs 21 --callgrind
+    scripts/bench.py --against ../before/build/bench/vantrel-cron
     scripts/bench.py --growth
+    scripts/bench.py --loop 200               how many sites a minute one core carries
 
 Program, floor and an empty process run in turn on the same site, with what a run changes put back
 in between, the files in the cache and the clock frozen in a minute in which no companion is due.
 CPU time is that of the process and its children, user and system; the start-up of the empty
-process is taken off every side. Medians, also of the ratios taken pair by pair. The floor counts
-bars as fast as the machine can, the plain floor as a straightforward program does; hits/s are
-records by CPU time; MiB is the peak memory of the run.
+process is taken off every side, off its page faults and instructions too. Medians, also of the
+ratios taken pair by pair. The floor counts bars as fast as the machine can, the plain floor as a
+straightforward program does. MiB is the peak memory of the run.
+
+Page faults and instructions (user's, counted by valgrind) repeat from run to run; times do not.
 """
 import argparse
 import math
@@ -22,10 +26,12 @@ import statistics
 import subprocess
 import sys
 from pathlib import Path
+from typing import NamedTuple
 
 ROOT = Path(__file__).resolve().parent.parent
 # Pairs measured, and runs of each side that are summed to one measurement.
-PRESETS = {"small": (15, 10), "site": (15, 2), "big": (5, 1), "catchup": (5, 1)}
+PRESETS = {"small": (15, 10), "typical": (15, 5), "site": (15, 2), "big": (5, 1),
+           "catchup": (5, 1)}
 SLOT = 56
 MINUTES = {"catchup": 60}
 # A doubling size in a site where the rest is small, so that the size itself is what costs.
@@ -46,13 +52,23 @@ GROWTH_SIZES = {
 
 
 class Tools:
-    def __init__(self, build, program):
+    def __init__(self, build, program, against):
         self.site = build / "bench" / "vantrel-bench-site"
         self.floor = build / "bench" / "vantrel-floor"
         self.empty = build / "bench" / "vantrel-empty"
         self.measure = build / "bench" / "vantrel-measure"
         self.clock = build / "bench" / "libfrozen-clock.so"
-        self.program = program or build / "vantrel-cron"
+        self.programs = {"": program or build / "vantrel-cron"}
+        if against:
+            self.programs[" before"] = against
+
+
+class Figures(NamedTuple):
+    """What one run took, or several on average."""
+    cpu: float  # seconds
+    wall: float
+    peak: float  # MiB
+    faults: float
 
 
 class Site:
@@ -70,7 +86,7 @@ class Site:
             script.unlink()
         self.records = sum(log.read_bytes().count(b"\n") for log in directory.glob("l/*/??-*"))
         self.keep_state()
-        self.run(tools.program)
+        self.run(tools.programs[""])
         self.result = (directory / "d/t/sum").read_bytes()
         if self.result == self.files["d/t/sum"]:
             sys.exit("the program did not run")
@@ -100,16 +116,16 @@ class Site:
             os.close(file)
 
     def run(self, program, *arguments):
-        """CPU seconds, wall seconds and peak MiB of one run from the state kept."""
+        """One run from the state kept."""
         self.restore()
         command = [self.tools.measure, str(self.now), self.tools.clock, self.directory, program]
         done = subprocess.run([*command, *arguments], check=True, stdout=subprocess.PIPE,
                               stderr=subprocess.DEVNULL)
-        cpu, wall, peak = done.stdout.split()
-        return int(cpu) / 1e6, int(wall) / 1e6, int(peak) / 1024
+        cpu, wall, peak, faults = map(int, done.stdout.split())
+        return Figures(cpu / 1e6, wall / 1e6, peak / 1024, faults)
 
-    def run_program(self):
-        figures = self.run(self.tools.program)
+    def run_program(self, program):
+        figures = self.run(program)
         if (self.directory / "d/t/sum").read_bytes() != self.result:
             sys.exit("two runs from the same state left different summaries")
         return figures
@@ -117,62 +133,84 @@ class Site:
     def run_floor(self, *arguments):
         return self.run(self.tools.floor, str(self.minutes), *arguments)
 
-    def instructions(self):
+    def instructions(self, program):
+        """Millions, without those of an empty process."""
+        return (self.counted(program) - self.counted(self.tools.empty)) / 1e6
+
+    def counted(self, program):
         self.restore()
         environment = dict(os.environ, FROZEN_CLOCK=str(self.now), TZ="UTC",
                            LD_PRELOAD=str(self.tools.clock))
         command = ["valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null"]
-        done = subprocess.run([*command, self.tools.program], cwd=self.directory, env=environment,
+        done = subprocess.run([*command, program], cwd=self.directory, env=environment,
                               check=True, capture_output=True, text=True)
         return int(re.search(r"Collected : (\d+)", done.stderr).group(1))
 
 
 def mean_of(runs):
-    """CPU and wall of several runs averaged, and the highest peak."""
-    return (statistics.mean(run[0] for run in runs), statistics.mean(run[1] for run in runs),
-            max(run[2] for run in runs))
+    """Several runs averaged, with the highest peak."""
+    cpu, wall, peak, faults = zip(*runs)
+    return Figures(*map(statistics.mean, (cpu, wall)), max(peak), statistics.mean(faults))
+
+
+def without_start(side, empty):
+    return side._replace(cpu=max(side.cpu - empty.cpu, 1e-6), faults=side.faults - empty.faults)
 
 
 def measure(site, pairs, repeat, flush):
-    """A list of (program, floor, plain floor) figures, CPU without the start-up of a process."""
+    """A list of (floor, plain floor, program, program before) figures, without the start-up."""
     flags = ["flush"] if flush else []
     figures = []
     for _ in range(pairs):
-        runs = [(site.run(site.tools.empty), site.run_program(), site.run_floor(*flags),
-                 site.run_floor("plain", *flags)) for _ in range(repeat)]
+        runs = [(site.run(site.tools.empty), site.run_floor(*flags),
+                 site.run_floor("plain", *flags),
+                 *map(site.run_program, site.tools.programs.values())) for _ in range(repeat)]
         empty, *sides = (mean_of(side) for side in zip(*runs))
-        figures.append([(max(side[0] - empty[0], 1e-6), *side[1:]) for side in sides])
+        figures.append([without_start(side, empty) for side in sides])
     return figures
 
 
-def cpu_of(figures, side):
-    return statistics.median(row[side][0] for row in figures)
+FLOOR, PLAIN, PROGRAM = range(3)
+
+
+def median_of(figures, side, value="cpu"):
+    return statistics.median(getattr(row[side], value) for row in figures)
+
+
+def ratios(figures, side, to):
+    return [row[side].cpu / row[to].cpu for row in figures]
 
 
 def report_preset(tools, name, options):
     site = Site(tools, options.sites.resolve() / name, [name])
     pairs, repeat = PRESETS[name]
     figures = measure(site, options.pairs or pairs, repeat, options.flush)
-    ratios = [[program[0] / floors[side][0] for program, *floors in figures] for side in (0, 1)]
-    cpu, floor, plain = (cpu_of(figures, side) for side in range(3))
-    wall = statistics.median(program[1] for program, *_ in figures)
-    peak = max(program[2] for program, *_ in figures)
-    print(f"{name:8} {site.records:8} {cpu * 1e3:8.2f} {floor * 1e3:8.2f} {plain * 1e3:8.2f}"
-          f" {statistics.median(ratios[0]):6.2f} {statistics.median(ratios[1]):6.2f}"
-          f" {wall * 1e3:8.2f} {peak:7.1f} {site.records / cpu:9.0f}", end="")
-    if options.callgrind:
-        print(f" {site.instructions() / site.records:9.0f}", end="")
-    print()
-    if options.verbose:
-        for label, side in zip(("floor", "plain"), ratios):
-            print(f"         pair by pair to {label}: " + " ".join(f"{r:.2f}" for r in side))
-    sys.stdout.flush()
+    floors = [median_of(figures, side) * 1e3 for side in (FLOOR, PLAIN)]
+    for side, (label, program) in enumerate(tools.programs.items(), PROGRAM):
+        cpu, wall = (median_of(figures, side, value) * 1e3 for value in ("cpu", "wall"))
+        to_floor, to_plain = (ratios(figures, side, to) for to in (FLOOR, PLAIN))
+        print(f"{label or name:8} {site.records:8} {cpu:8.2f} {floors[0]:8.2f} {floors[1]:8.2f}"
+              f" {statistics.median(to_floor):6.2f} {statistics.median(to_plain):6.2f}"
+              f" {wall:8.2f} {max(row[side].peak for row in figures):7.1f}"
+              f" {median_of(figures, side, 'faults'):7.0f}", end="")
+        if options.callgrind:
+            count = site.instructions(program)
+            print(f" {count:8.1f} {count * 1e6 / site.records:9.0f}", end="")
+        if side != PROGRAM:
+            now = statistics.median(ratios(figures, PROGRAM, side))
+            print(f"   now at {now:.2f} of its CPU time", end="")
+        print()
+        if options.verbose:
+            for floor, values in (("floor", to_floor), ("plain", to_plain)):
+                print(f"         pair by pair to {floor}: " + " ".join(f"{r:.2f}" for r in values))
+        sys.stdout.flush()
 
 
 def report_presets(tools, options):
-    print(f"{'':8} {'':8} {'CPU ms':^26} {'ratio to':^13}")
-    print("preset    records      run    floor    plain  floor  plain  wall ms     MiB    hits/s"
-          + (" instr/hit" if options.callgrind else ""))
+    print(f"{'':8} {'':8} {'CPU ms':^26} {'ratio to':^13} {'':24} {'page':>7}"
+          + (f" {'million':>8}" if options.callgrind else ""))
+    print("preset    records      run    floor    plain  floor  plain  wall ms     MiB  faults"
+          + ("   instr. instr/hit" if options.callgrind else ""))
     for name in options.preset:
         report_preset(tools, name, options)
 
@@ -196,18 +234,31 @@ def report_growth(tools, options):
             directory = options.sites.resolve() / f"growth-{name}"
             site = Site(tools, directory, [*GROWTH[name], f"{name}={size}"])
             figures = measure(site, options.pairs or 7, 1, options.flush)
-            rows.append([cpu_of(figures, 0), cpu_of(figures, 1),
-                         max(program[2] for program, *_ in figures)])
+            rows.append([median_of(figures, PROGRAM) * 1e3, median_of(figures, FLOOR) * 1e3,
+                         max(row[PROGRAM].peak for row in figures),
+                         median_of(figures, PROGRAM, "faults")])
             if options.callgrind:
-                rows[-1].append(site.instructions() / 1e6)
+                rows[-1].append(site.instructions(tools.programs[""]))
             shutil.rmtree(directory)
         print(f"\n{name:12}" + "".join(f" {size:>9}" for size in sizes)
               + "  exponent  growing part")
-        labels = ["cpu ms", "floor ms", "peak MiB", "M instr"]
+        labels = ["cpu ms", "floor ms", "peak MiB", "faults", "M instr"]
         for label, values in zip(labels, zip(*rows)):
-            scale = 1e3 if label.endswith(" ms") else 1
-            print(f"  {label:10}" + "".join(f" {value * scale:9.2f}" for value in values)
+            print(f"  {label:10}" + "".join(f" {value:9.2f}" for value in values)
                   + f"  {exponent(sizes, values):8.2f}   {exponent_of_growth(values)}", flush=True)
+
+
+def report_loop(tools, options):
+    """Many typical sites, one after the other on one core, as a host with many sites has them."""
+    os.sched_setaffinity(0, {max(os.sched_getaffinity(0))})
+    sites = [Site(tools, options.sites.resolve() / "loop" / str(i), ["typical", f"seed={i + 1}"])
+             for i in range(options.loop)]
+    print("round  sites  CPU ms each  wall ms each  sites a minute: by CPU  by wall")
+    for turn in range(1, (options.pairs or 3) + 1):
+        for label, program in tools.programs.items():
+            each = mean_of([site.run_program(program) for site in sites])
+            print(f"{turn:5} {len(sites):6} {each.cpu * 1e3:12.2f} {each.wall * 1e3:13.2f}"
+                  f" {60 / each.cpu:23.0f} {60 / each.wall:8.0f}{label}", flush=True)
 
 
 def main():
@@ -216,6 +267,9 @@ def main():
     parser.add_argument("--preset", nargs="+", choices=PRESETS, default=list(PRESETS))
     parser.add_argument("--pairs", type=int, help="measurements of each side")
     parser.add_argument("--growth", action="store_true", help="the growth table instead")
+    parser.add_argument("--loop", type=int, metavar="SITES",
+                        help="a loop over so many folders of the preset typical instead, "
+                             "start-up of every process included")
     parser.add_argument("--callgrind", action="store_true", help="instructions too (valgrind)")
     parser.add_argument("--flush", action="store_true",
                         help="a floor that flushes its summary to disk, as the run does")
@@ -224,10 +278,15 @@ def main():
                         help="where the sites are made; a memory disk takes the disk's part out")
     parser.add_argument("--build", type=Path, default=ROOT / "build" / "bench")
     parser.add_argument("--program", type=Path, help="instead of the build's vantrel-cron")
+    parser.add_argument("--against", type=Path, help="another vantrel-cron, measured in turn")
     options = parser.parse_args()
-    program = options.program.resolve() if options.program else None
-    tools = Tools(options.build.resolve(), program)
-    (report_growth if options.growth else report_presets)(tools, options)
+    program, against = (path.resolve() if path else None
+                        for path in (options.program, options.against))
+    tools = Tools(options.build.resolve(), program, against)
+    if options.loop:
+        report_loop(tools, options)
+    else:
+        (report_growth if options.growth else report_presets)(tools, options)
 
 
 if __name__ == "__main__":
