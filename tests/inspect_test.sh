@@ -79,7 +79,7 @@ done
 lines=$("$build/vantrel-inspect" --help | awk 'length($0) > 80 { exit 1 } END { print NR }') &&
   [ "$lines" -le 24 ] || fail "the help does not fit a screen"
 version=$(sed -n 's/^project(vantrel VERSION \([0-9.]*\).*/\1/p' "$(dirname "$0")/../CMakeLists.txt")
-for program in inspect sample-site day; do
+for program in cron inspect sample-site day; do
   [ "$("$build/vantrel-$program" --version)" = "vantrel-$program $version" ] || fail "version of $program"
 done
 
@@ -245,6 +245,21 @@ PYTHON
   printf '%s' "$(head -c 3000 /dev/urandom | tr -d '\0')" >"$site/l/sys/sys.log"
   [ "$(id -u)" = 0 ] && chown -Rh nobody:nogroup "$site"
   untouched "damaged $seed" all_views "$seed"
+done
+
+echo "== a wrong start of the run"
+# Alone they are answered; everything else is a run, which writes the list.
+start() { (cd "$site" && at_clock "$build/vantrel-cron" "$@"); }
+fresh
+for question in --help --version; do
+  untouched "vantrel-cron $question" start $question
+  [ $status = 0 ] && [ -s "$work/out" ] || fail "vantrel-cron $question: no answer"
+done
+for other in '' -h help --versions '--help --help' "--version x"; do
+  fresh
+  rm -f "$site/d/out.lst"
+  start $other >"$work/out"
+  [ -f "$site/d/out.lst" ] && [ ! -s "$work/out" ] || fail "vantrel-cron $other: no run"
 done
 
 echo "== wrong usage"
