@@ -11,6 +11,8 @@
 #include <cstring>
 #include <utility>
 
+#include "base/rehearsal.h"
+
 namespace vantrel {
 namespace {
 
@@ -121,8 +123,15 @@ bool File::close() {
   return descriptor < 0 || ::close(descriptor) == 0 || errno == EINTR;
 }
 
-File open_to_read(const char* path) { return open_file(path, O_RDONLY); }
-File open_to_update(const char* path) { return open_file(path, O_RDWR); }
+File open_to_read(const char* path) {
+  if (const Rehearsal* tried = Rehearsal::current()) return tried->open(path, false);
+  return open_file(path, O_RDONLY);
+}
+
+File open_to_update(const char* path) {
+  if (const Rehearsal* tried = Rehearsal::current()) return tried->open(path, true);
+  return open_file(path, O_RDWR);
+}
 
 std::ptrdiff_t read_at(const File& file, void* bytes, std::size_t size, std::uint64_t offset) {
   if (!file.is_regular()) return 0;
@@ -139,6 +148,7 @@ std::ptrdiff_t read_at(const File& file, void* bytes, std::size_t size, std::uin
 }
 
 bool write_at(const File& file, const void* bytes, std::size_t size, std::uint64_t offset) {
+  if (Rehearsal::current() != nullptr) return true;
   return write_fully(static_cast<const char*>(bytes), size,
                      [&](const char* from, std::size_t count, std::size_t done) {
                        return ::pwrite(file.descriptor(), from, count,
@@ -147,6 +157,10 @@ bool write_at(const File& file, const void* bytes, std::size_t size, std::uint64
 }
 
 bool write_all(int descriptor, std::string_view text) {
+  if (Rehearsal* tried = Rehearsal::current()) {
+    tried->print(text);
+    return true;
+  }
   return write_fully(text.data(), text.size(),
                      [&](const char* from, std::size_t count, std::size_t) {
                        return ::write(descriptor, from, count);
@@ -164,11 +178,22 @@ void FileBuffer::make_room(std::size_t capacity) {
 
 bool FileBuffer::read(const char* path) {
   size_ = 0;
+  if (const Rehearsal* tried = Rehearsal::current()) {
+    // A file that is read back holds what was written to it.
+    if (const std::string* text = tried->written(path)) return take(*text);
+  }
   const File file = open_to_read(path);
   if (!file.is_open()) return false;
   if (fill(file)) return true;
   size_ = 0;
   return false;
+}
+
+bool FileBuffer::take(std::string_view text) {
+  if (text.size() > capacity_) make_room(text.size());
+  text.copy(bytes_.get(), text.size());
+  size_ = text.size();
+  return true;
 }
 
 bool FileBuffer::fill(const File& file) {
@@ -185,6 +210,7 @@ bool FileBuffer::fill(const File& file) {
 }
 
 bool append_to_file(const char* path, std::string_view text, Torn torn) {
+  if (Rehearsal* tried = Rehearsal::current()) return tried->append(path, text);
   File file = open_file(path, O_WRONLY | O_CREAT | O_APPEND);
   if (!file.is_open()) return false;
   const std::uint64_t before = torn == Torn::cut ? file.size() : 0;
@@ -194,6 +220,7 @@ bool append_to_file(const char* path, std::string_view text, Torn torn) {
 }
 
 bool write_scratch_file(const char* path, std::string_view text) {
+  if (Rehearsal* tried = Rehearsal::current()) return tried->write(path, text);
   File file = open_file(path, O_WRONLY | O_CREAT | O_TRUNC);
   if (!file.is_open()) return false;
   write_all(file.descriptor(), text);
@@ -202,6 +229,7 @@ bool write_scratch_file(const char* path, std::string_view text) {
 }
 
 bool overwrite_file(const char* path, std::string_view text, Growth growth) {
+  if (Rehearsal* tried = Rehearsal::current()) return tried->write(path, text);
   File file = open_to_overwrite(path);
   if (!file.is_open()) return false;
   // What will be written over; the rest stays until all of the text is there.
@@ -221,6 +249,7 @@ bool overwrite_file(const char* path, std::string_view text, Growth growth) {
 }
 
 bool room_to_replace(const char* path) {
+  if (Rehearsal::current() != nullptr) return true;
   const File old = open_to_read(path);
   if (old.size() == 0) return true;
   const std::string beside = resolved(path) + ".new";
@@ -233,6 +262,7 @@ bool room_to_replace(const char* path) {
 }
 
 bool replace_file(const char* path, std::string_view text) {
+  if (Rehearsal* tried = Rehearsal::current()) return tried->write(path, text);
   const File old = open_file(path, O_WRONLY);
   if (!old.is_open() && errno != ENOENT) return false;
   if (old.is_open() && !old.is_regular()) return overwrite_file(path, text);

@@ -3,7 +3,8 @@
 //
 // What holds for all of them: a path leads wherever the webmaster's links lead; only regular files
 // have contents, so that a link to a device or a pipe cannot stall or flood the run; nothing opened
-// here is inherited by the programs the run starts.
+// here is inherited by the programs the run starts. While a run is only tried out
+// (base/rehearsal.h) none of them changes the disk.
 #pragma once
 
 #include <cstddef>
@@ -68,6 +69,7 @@ class FileBuffer {
   [[nodiscard]] std::size_t size() const { return size_; }
 
  private:
+  bool take(std::string_view text);
   bool fill(const File& file);
   void make_room(std::size_t capacity);
 

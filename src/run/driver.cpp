@@ -1,35 +1,19 @@
 #include "run/driver.h"
 
 #include "history/history.h"
-#include "out/out_settings.h"
 #include "out/planning.h"
 #include "report/alerts.h"
 #include "run/end_check.h"
-#include "run/run_guard.h"
-#include "run/start_clock.h"
 #include "settings/dynamic_skim.h"
-#include "settings/main_settings.h"
 #include "settings/rating_tables.h"
 #include "settings/traffic_settings.h"
 #include "store/housekeeping.h"
 #include "store/summary.h"
-#include "store/trade_index.h"
 #include "traffic/accounting.h"
-#include "traffic/hit_logs.h"
 #include "traffic/hit_processing.h"
 
 namespace vantrel {
 namespace {
-
-// What the phases hand on to one another.
-struct Run {
-  StartClock clock;
-  RunHistory history;
-  TradeStore store;
-  MainSettings settings;
-  MinuteWalk walk;
-  double catch_up_minutes = 1.0;
-};
 
 // Settings that only hit processing needs; they are gone when it is done.
 struct TrafficTables {
@@ -47,15 +31,17 @@ void process_hit_logs(Run& run, const TrafficTables& tables) {
                       });
 }
 
+}  // namespace
+
 // May this run touch the databases? The trade index comes before the guard, so that a run without
 // one leaves no trace in the run history.
-[[nodiscard]] bool open_run(Run& run) {
+bool open_run(Run& run) {
   run.clock = take_start_clock();
   return !sleep_gate_closed(run.clock) && check_disk() && !ran_this_minute() &&
          load_trade_index(run.store) && room_for_totals() && guard_run(run.history);
 }
 
-[[nodiscard]] bool load_store(Run& run) {
+bool load_store(Run& run) {
   if (run.clock.run_minute == 0) hourly_step(run.store);
   if (!build_work_array(run.store) || !load_summary(run.store)) return false;
   check_marker();
@@ -63,7 +49,7 @@ void process_hit_logs(Run& run, const TrafficTables& tables) {
   return true;
 }
 
-[[nodiscard]] bool account_traffic(Run& run) {
+bool account_traffic(Run& run) {
   TrafficTables tables;
   apply_dynamic_skim(run.store.works);
   if (!load_traffic_settings(tables.traffic) || !load_rating_tables(tables.ratings) ||
@@ -74,11 +60,12 @@ void process_hit_logs(Run& run, const TrafficTables& tables) {
   return finish_accounting(run.store, run.walk.moment, run.clock.run_minute);
 }
 
-[[nodiscard]] bool plan_traffic(Run& run) {
-  OutSettings settings;
-  return load_out_settings(settings, run.store.works.size()) &&
-         plan_outgoing(run.store.works, settings, run.settings, run.clock.run_hour);
+bool plan_traffic(Run& run) {
+  return load_out_settings(run.out, run.store.works.size()) &&
+         plan_outgoing(run.store.works, run.out, run.settings, run.clock.run_hour);
 }
+
+namespace {
 
 void keep_house(const Run& run) {
   if (history_due(run.clock)) write_history(run.store.works, run.clock);
