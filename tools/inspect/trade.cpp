@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstring>
 #include <iostream>
 #include <vector>
 
@@ -9,6 +8,7 @@
 #include "history/history_file.h"
 #include "out/out_list.h"
 #include "site.h"
+#include "slots.h"
 #include "traffic/windows.h"
 #include "views.h"
 
@@ -86,27 +86,14 @@ Json settings_json(const TradeWork& work, int hour) {
           {"caps", caps_json(work.id)}};
 }
 
-// The hours before the last run, oldest first, summed from the minute slots. In the last hour only
-// the minutes before the run count: the slots behind them are of the day before.
-Json hours_json(std::int32_t id, std::time_t end) {
+// The hours before the last run, oldest first, summed from the minute slots.
+Json hours_json(std::int32_t id, std::time_t last_run) {
   const std::string bytes = read_file(statistics_path(id)).value_or("");
-  const int last_minute = local_time(end).tm_min;
   Json hours = Json::array();
-  for (int ago = static_cast<int>(kHoursPerDay) - 1; ago >= 0; --ago) {
-    const std::time_t moment = end - std::time_t{ago} * 60 * 60;
-    TrafficCounters sum;
-    for (int minute = 0; minute < (ago == 0 ? last_minute : 60); ++minute) {
-      const auto offset =
-          static_cast<std::size_t>(slot_offset(local_time(moment).tm_hour * 60 + minute));
-      if (offset >= bytes.size()) continue;
-      TrafficCounters slot_counters;
-      std::memcpy(&slot_counters, bytes.data() + offset,
-                  std::min(sizeof slot_counters, bytes.size() - offset));
-      add(sum, slot_counters);
-    }
+  for (const SlotHour& hour : hours_before(last_run)) {
     Json row;
-    row["hour"] = format_time("%Y-%m-%d %H:00", moment);
-    row.update(counters_json(sum));
+    row["hour"] = format_time("%Y-%m-%d %H:00", hour.moment);
+    row.update(counters_json(sum_of(hour, bytes)));
     hours.push_back(row);
   }
   return hours;
