@@ -56,7 +56,7 @@ fresh() {
   cp -a "$work/model" "$site"
 }
 
-views=(list trades 'trades --sort in24' 'trade 20' events 'events 3' runs check)
+views=(list trades 'trades --wide --sort in24' 'trade 20' events 'events 3 --trade 20' runs check)
 
 "$build/vantrel-sample-site" "$work/model" --at $now --minutes 3 --days 20 --ranges 200 >/dev/null ||
   { echo "no sample site"; exit 1; }
@@ -89,16 +89,37 @@ expect() { [ "$2" = "$3" ] || fail "$1: '$2', not '$3'"; checks=$((checks + 1));
 fresh
 printf '11161240\n11161241\n11161242\n11161246\nrubbish\n11161247\n' >"$site/l/sys/cron.run"
 expect "gap of three minutes" "$(value runs '[s["minutes_missed_before"] for s in d["stretches"]], d["unreadable_lines"]')" "[0, 3] 1"
-printf '|202611161247|cron|1|d&#47;t&#47;20|0||||\n|202611161248|admin|7|some text|0||||\n' >"$site/l/sys/sys.log"
-expect "an event is explained" "$(value events '[(e["time"], e["subject"], e["consequence"], bool(e["remedy"])) for e in d["events"]]')" \
-  "[('2026-11-16 12:47', 'd/t/20', 'the run went on', True), ('2026-11-16 12:48', 'some text', '', False)]"
-expect "the last N events" "$(value 'events 1' 'len(d["events"])')" 1
+for minute in 10 11 12; do
+  printf '|2026111612%s|cron|1|d&#47;%s|0||||\n' $minute t\&#47\;20 $minute proxy $minute h\&#47\;site20.example.his
+done >"$site/l/sys/sys.log"
+printf '|202611161247|cron|1|d&#47;t&#47;21|1||||\n|202611161248|admin|7|some text|0||||\nhalf a li' >>"$site/l/sys/sys.log"
+while IFS='|' read -r arguments wanted; do
+  expect "events $arguments" "$(value "events $arguments" '[(e["times"], e["subject"], e["time"][11:]) for e in d["events"]]')" "$wanted"
+done <<'TABLE'
+3|[(1, 'd/t/21', '12:47'), (1, 'some text', '12:48'), (1, '', '')]
+--trade 20|[(3, 'd/t/20', '12:12'), (3, 'd/h/site20.example.his', '12:12')]
+--trade site20.example --since 12:12|[(1, 'd/t/20', '12:12'), (1, 'd/h/site20.example.his', '12:12')]
+--level 1|[(1, 'd/t/21', '12:47')]
+--since 1m|[(1, 'd/t/21', '12:47'), (1, 'some text', '12:48'), (1, '', '')]
+--since 2026-11-17|[]
+TABLE
+expect "an event is explained" "$(value events '[(e["consequence"], bool(e["remedy"])) for e in d["events"][-3:]]')" \
+  "[('the run ended', True), ('', False), ('', False)]"
+inspect events | grep -qF '2026-11-16 12:10  d/proxy  the run went on, 3 times, last at 2026-11-16 12:12' || fail "repeats are not grouped"
 expect "sorted" "$(value 'trades --sort in24' '(lambda v: v == sorted(v, reverse=True))([t["in24"] for t in d["trades"]])')" True
 (cd "$site" && at_clock "$build/vantrel-cron")
 expect "shares" "$(value list 'round(sum(e["share_percent"] for e in d["entries"]))')" 100
 expect "name or id" "$(value 'trade 20' 'd["name"]')" "$(value "trade $(value 'trade 20' 'd["name"]')" 'd["name"]')"
 expect "windows" "$(value 'trade 20' 'd["last24"]["rin"]')" "$(value trades '[t["in24"] for t in d["trades"] if t["id"] == 20][0]')"
-expect "14 days" "$(value 'trade 20' 'len(d["days"]), len(d["hours"])')" "14 24"
+expect "14 days" "$(value 'trade 20' 'len(d["days"]), len(d["hours"]), d["days"][-1]["date"]')" "14 24 2026-11-15"
+expect "totals" "$(value trades 'all(d["totals"][c] == sum(t[c] for t in d["trades"]) for c in ("in60", "out24", "left"))')" True
+expect "top" "$(value 'trades --top 2' '[t["in24"] for t in d["trades"]]')" "$(value trades 'sorted((t["in24"] for t in d["trades"]), reverse=True)[:2]')"
+expect "fresh" "$(value trades 'd["stale"]')" False
+inspect trades | awk 'length > 100 || / spare / { exit 1 }' || fail "trades: too wide, or with idle reserved entries"
+inspect trades --columns left,in24 | sed -n 2p | grep -qxE 'id +name +left +in24' || fail "the columns asked for"
+inspect trade 20 | LC_ALL=C grep -nE '[][{}_]|[0-9]{8}' | grep -v proxy_ && fail "trade: no plain words"
+touch -d '2026-11-16 12:44' "$site/d/t/sum"
+inspect trades | grep -q '4 minutes old' || fail "old data are not marked"
 
 echo "== the doctor's verdict, and the run's"
 # status, what the finding names, and the defect; a run reaches its end unless the status is 2.
@@ -264,7 +285,7 @@ done
 
 echo "== wrong usage"
 fresh
-for usage in '' 'lists' '--no-such-option' 'trade' 'events many' 'trades --sort colour' 'list --site /no/such/folder'; do
+for usage in '' 'lists' '--no-such-option' 'trade' 'events many' 'events --since noon' 'events --level 2' 'trades --sort colour' 'trades --columns name' 'list --site /no/such/folder'; do
   untouched "usage '$usage'" inspect $usage
   [ "$status" = 3 ] || fail "usage '$usage': status $status"
 done

@@ -20,10 +20,9 @@ enum ExitStatus { kFine = 0, kUnavailable = 1, kWrongUsage = 3 };
 struct Options {
   std::string site = ".";
   bool json = false;
-  std::string sort_column;
-  bool reverse = false;
+  TradesQuery trades;
   std::string trade;
-  std::size_t event_count = 20;
+  EventsQuery events;
 };
 
 void add_commands(CLI::App& app, Options& options) {
@@ -37,13 +36,26 @@ void add_commands(CLI::App& app, Options& options) {
   app.add_flag("--json", options.json, "Print the view as JSON");
   app.add_subcommand("list", "The outgoing list as visitors will see it");
   CLI::App* trades = app.add_subcommand("trades", "All trades and their traffic");
-  trades->add_option("--sort", options.sort_column, "Sort by a column, by its title")
+  trades->add_option("--sort", options.trades.sort, "Sort by a column, by its title")
       ->type_name("COLUMN");
-  trades->add_flag("--reverse", options.reverse, "The other way round");
+  trades->add_flag("--reverse", options.trades.reverse, "The other way round");
+  trades->add_option("--top", options.trades.top, "Only the first N, by in24 if not sorted")
+      ->type_name("N");
+  trades->add_option("--columns", options.trades.columns, "These columns, such as in24,out24,left")
+      ->delimiter(',')
+      ->type_name("LIST");
+  trades->add_flag("--wide", options.trades.wide, "All columns and all entries");
   CLI::App* trade = app.add_subcommand("trade", "Everything about one trade");
   trade->add_option("trade", options.trade, "Its name or id")->required()->type_name("NAME|ID");
-  CLI::App* events = app.add_subcommand("events", "The last lines of the event log, explained");
-  events->add_option("count", options.event_count, "How many (20)")->type_name("N");
+  CLI::App* events = app.add_subcommand("events", "The last events of the log, explained");
+  events->add_option("count", options.events.count, "How many (20)")->type_name("N");
+  events
+      ->add_option("--since", options.events.since, "From then on: 2026-11-23, 12:50, 90m, 12h, 2d")
+      ->type_name("TIME");
+  events->add_option("--level", options.events.level, "1: only what ended a run; 0: the rest")
+      ->check(CLI::IsMember({"0", "1"}))
+      ->type_name("LEVEL");
+  events->add_option("--trade", options.events.trade, "Only of this trade")->type_name("NAME|ID");
   app.add_subcommand("runs", "The run history and its gaps");
   app.add_subcommand("check", "Would the next run reach its end?");
   app.footer(
@@ -59,12 +71,12 @@ struct View {
 View view_of(const std::string& command) {
   if (command == "list") return {[](const Options&) { return list_view(); }, print_list};
   if (command == "trades") {
-    return {[](const Options& o) { return trades_view(o.sort_column, o.reverse); }, print_trades};
+    return {[](const Options& o) { return trades_view(o.trades); }, print_trades};
   }
   if (command == "trade")
     return {[](const Options& o) { return trade_view(o.trade); }, print_trade};
   if (command == "events") {
-    return {[](const Options& o) { return events_view(o.event_count); }, print_events};
+    return {[](const Options& o) { return events_view(o.events); }, print_events};
   }
   if (command == "runs") return {[](const Options&) { return runs_view(); }, print_runs};
   return {[](const Options&) { return check_view(); }, print_check};

@@ -9,6 +9,7 @@
 #include <iostream>
 
 #include "base/clock.h"
+#include "base/numbers.h"
 
 namespace vantrel::inspect {
 namespace {
@@ -46,6 +47,18 @@ std::string padded(const std::string& text, std::size_t width, bool right) {
   return right ? blanks + text : text + blanks;
 }
 
+std::vector<std::size_t> column_widths(const std::vector<Column>& columns,
+                                       const std::vector<std::vector<std::string>>& rows) {
+  std::vector<std::size_t> widths;
+  for (std::size_t c = 0; c < columns.size(); ++c) {
+    widths.push_back(width_of(columns[c].title));
+    for (const auto& row : rows) {
+      if (c < row.size()) widths[c] = std::max(widths[c], width_of(row[c]));
+    }
+  }
+  return widths;
+}
+
 }  // namespace
 
 std::string printable(std::string_view text) {
@@ -73,15 +86,29 @@ std::string bar(double share, std::size_t width) {
   return std::string(std::max<std::size_t>(1, static_cast<std::size_t>(places + 0.5)), '#');
 }
 
+std::string shortened(const std::string& text, std::size_t width) {
+  if (width_of(text) <= width) return text;
+  std::string cut;
+  for (std::size_t i = 0; i < text.size() && width_of(cut) + 1 < width;) {
+    const std::size_t length = std::max<std::size_t>(character_length(text, i), 1);
+    cut += text.substr(i, length);
+    i += length;
+  }
+  return cut + '~';
+}
+
+std::size_t table_width(const std::vector<Column>& columns,
+                        const std::vector<std::vector<std::string>>& rows) {
+  std::size_t width = 0;
+  for (const std::size_t column : column_widths(columns, rows)) width += column + 2;
+  return width > 0 ? width - 2 : 0;
+}
+
 void print_table(const std::vector<Column>& columns,
                  const std::vector<std::vector<std::string>>& rows) {
-  std::vector<std::size_t> widths;
+  const std::vector<std::size_t> widths = column_widths(columns, rows);
   std::string head;
   for (std::size_t c = 0; c < columns.size(); ++c) {
-    widths.push_back(width_of(columns[c].title));
-    for (const auto& row : rows) {
-      if (c < row.size()) widths[c] = std::max(widths[c], width_of(row[c]));
-    }
     head += padded(columns[c].title, widths[c], columns[c].right) + "  ";
   }
   const auto trimmed = [](std::string line) {
@@ -111,6 +138,19 @@ std::string cell(const Json& value) {
 }
 
 std::string time_text(std::time_t moment) { return format_time("%Y-%m-%d %H:%M", moment); }
+
+std::string stamp_text(std::string_view stamp) {
+  const bool digits = std::all_of(stamp.begin(), stamp.end(), is_digit);
+  if (!digits || (stamp.size() != 8 && stamp.size() != 12)) return std::string(stamp);
+  std::string text;
+  for (std::size_t i = 0; i < stamp.size(); ++i) {
+    if (i == 4 || i == 6) text += '-';
+    if (i == 8) text += ' ';
+    if (i == 10) text += ':';
+    text += stamp[i];
+  }
+  return text;
+}
 
 std::string duration_text(std::time_t seconds) {
   const auto amount = static_cast<std::size_t>(std::max<std::time_t>(seconds, 0));

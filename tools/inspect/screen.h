@@ -21,6 +21,9 @@ using Json = nlohmann::ordered_json;
 enum class Colour { red, yellow, green, faint, bold };
 [[nodiscard]] std::string coloured(Colour colour, const std::string& text);
 
+// At most so many places wide; "~" stands for what is cut off.
+[[nodiscard]] std::string shortened(const std::string& text, std::size_t width);
+
 // A bar for a share from 0 to 1, empty where there are no bars.
 [[nodiscard]] std::string bar(double share, std::size_t width = 24);
 
@@ -29,6 +32,9 @@ struct Column {
   std::string title;
   bool right = false;
 };
+// Places the columns take, the blanks between them included.
+[[nodiscard]] std::size_t table_width(const std::vector<Column>& columns,
+                                      const std::vector<std::vector<std::string>>& rows);
 // Rows may end before the last column; the last column is not filled up.
 void print_table(const std::vector<Column>& columns,
                  const std::vector<std::vector<std::string>>& rows);
@@ -39,6 +45,9 @@ void print_table(const std::vector<Column>& columns,
 
 // "2026-11-16 12:50"
 [[nodiscard]] std::string time_text(std::time_t moment);
+// A date or moment as the site's files have it, "20261116" or "202611161250", in the same form;
+// anything else as it is.
+[[nodiscard]] std::string stamp_text(std::string_view stamp);
 // "3 minutes", "2 hours", "5 days"
 [[nodiscard]] std::string duration_text(std::time_t seconds);
 // "1 trade", "2 trades"

@@ -9,7 +9,9 @@
 
 #include "base/clock.h"
 #include "base/files.h"
+#include "base/numbers.h"
 #include "base/text.h"
+#include "screen.h"
 #include "store/summary.h"
 
 namespace vantrel::inspect {
@@ -105,6 +107,18 @@ TradeStore load_store() {
   fill_work_array(store);
   add_summary(store, required(kSummaryFile));
   return store;
+}
+
+std::size_t find_trade(const TradeStore& store, const std::string& name_or_id) {
+  const auto named = std::find_if(store.works.begin(), store.works.end(), [&](const auto& work) {
+    return field_text(work.name) == name_or_id;
+  });
+  if (named != store.works.end()) return static_cast<std::size_t>(named - store.works.begin());
+  const std::int32_t id = to_int(name_or_id);
+  const std::int32_t position =
+      name_or_id == std::to_string(id) ? store.ids.find(id) : IdIndex::kNone;
+  if (position == IdIndex::kNone) throw Unavailable{"there is no trade " + printable(name_or_id)};
+  return static_cast<std::size_t>(position);
 }
 
 std::time_t last_run_or_now() {

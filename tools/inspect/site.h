@@ -45,6 +45,9 @@ struct WrongUsage {
 // be read or the index is too small.
 [[nodiscard]] TradeStore load_store();
 
+// The position of a trade, by its name or else its id. Throws Unavailable when there is none.
+[[nodiscard]] std::size_t find_trade(const TradeStore& store, const std::string& name_or_id);
+
 // When the last run was let in, as far as the site knows; now when it does not.
 [[nodiscard]] std::time_t last_run_or_now();
 

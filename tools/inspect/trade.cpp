@@ -1,12 +1,14 @@
 #include <algorithm>
-#include <iostream>
 #include <vector>
 
 #include "base/clock.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "counters.h"
+#include "data_time.h"
 #include "history/history_file.h"
 #include "out/out_list.h"
+#include "out/planning.h"
 #include "site.h"
 #include "slots.h"
 #include "traffic/windows.h"
@@ -16,39 +18,23 @@ namespace vantrel::inspect {
 namespace {
 
 constexpr std::size_t kDaysShown = 14;
-// In the order they have in every file.
-constexpr const char* kCounterNames[kCounterCount] = {
-    "rin", "uin",      "out",       "clk",       "ctt", "ctg", "cef",
-    "rec", "proxy_in", "proxy_out", "proxy_clk", "rti", "rto", "rtc"};
 
 Json counters_json(const TrafficCounters& counters) {
   Json json;
-  for (std::size_t i = 0; i < kCounterCount; ++i) json[kCounterNames[i]] = counters.values[i];
+  for (std::size_t i = 0; i < kCounterCount; ++i) json[kCounters[i].name] = counters.values[i];
   return json;
-}
-
-std::size_t find_trade(const TradeStore& store, const std::string& name_or_id) {
-  const auto named = std::find_if(store.works.begin(), store.works.end(), [&](const auto& work) {
-    return field_text(work.name) == name_or_id;
-  });
-  if (named != store.works.end()) return static_cast<std::size_t>(named - store.works.begin());
-  const std::int32_t id = to_int(name_or_id);
-  const std::int32_t position =
-      name_or_id == std::to_string(id) ? store.ids.find(id) : IdIndex::kNone;
-  if (position == IdIndex::kNone) throw Unavailable{"there is no trade " + printable(name_or_id)};
-  return static_cast<std::size_t>(position);
 }
 
 std::string mode_text(std::int32_t mode) {
   switch (mode) {
     case 0:
-      return "0: no score, never admitted";
+      return "0: gets no visitors";
     case 1:
-      return "1: checked by out per in";
+      return "1: gets visitors as long as it does not get too many for those it sends";
     case 2:
-      return "2: checked by its caps";
+      return "2: gets visitors as long as it keeps its caps";
     default:
-      return std::to_string(mode) + ": no checks";
+      return std::to_string(mode) + ": gets visitors without checks";
   }
 }
 
@@ -79,11 +65,14 @@ Json settings_json(const TradeWork& work, int hour) {
           {"quota_overrides_minimum", work.param_888 == 1},
           {"forced_listing", work.param_892},
           {"boost",
-           {{"metric", work.param_828},
+           {{"active", work.param_832 > 0 && work.param_836 > 0 && work.param_840 > 0},
+            {"metric", work.param_828},
+            {"measured", boost_metric(work)},
             {"threshold", work.param_832},
             {"percent_below", work.param_836},
             {"percent_from", work.param_840}}},
-          {"caps", caps_json(work.id)}};
+          {"caps", caps_json(work.id)},
+          {"caps_count", work.flag_880 == 2}};
 }
 
 // The hours before the last run, oldest first, summed from the minute slots.
@@ -114,29 +103,11 @@ Json days_json(std::string_view name) {
   const std::size_t first = records.size() > kDaysShown ? records.size() - kDaysShown : 0;
   for (std::size_t i = first; i < records.size(); ++i) {
     Json row;
-    row["date"] = records[i].first;
+    row["date"] = stamp_text(records[i].first);
     row.update(counters_json(records[i].second));
     days.push_back(row);
   }
   return days;
-}
-
-// Times and days as rows of the four counters a webmaster looks at, with a bar for the incoming.
-void print_chart(const Json& rows, const char* key) {
-  std::int32_t most = 1;
-  for (const Json& row : rows) most = std::max(most, row["rin"].get<std::int32_t>());
-  std::vector<std::vector<std::string>> table;
-  for (const Json& row : rows) {
-    table.push_back({cell(row[key]), cell(row["rin"]), cell(row["uin"]), cell(row["out"]),
-                     cell(row["clk"]), bar(row["rin"].get<double>() / most, 40)});
-  }
-  print_table({{key}, {"rin", true}, {"uin", true}, {"out", true}, {"clk", true}, {""}}, table);
-}
-
-void print_settings(const Json& settings) {
-  std::vector<std::vector<std::string>> rows;
-  for (const auto& [key, value] : settings.items()) rows.push_back({key, cell(value)});
-  print_table({{"setting"}, {"value"}}, rows);
 }
 
 }  // namespace
@@ -146,38 +117,18 @@ Json trade_view(const std::string& name_or_id) {
   const std::size_t position = find_trade(store, name_or_id);
   const TradeWork& work = store.works[position];
   const std::time_t end = last_run_or_now();
-  return {{"id", work.id},
-          {"name", field_text(work.name)},
-          {"position", position},
-          {"collects", collects(work, position)},
-          {"last_run", time_text(end)},
-          {"settings", settings_json(work, local_time(wall_clock()).tm_hour)},
-          {"last60", counters_json(work.last60)},
-          {"last24", counters_json(work.last24)},
-          {"last07", counters_json(work.last07)},
-          {"hours", hours_json(work.id, end)},
-          {"days", days_json(field_text(work.name))}};
-}
-
-void print_trade(const Json& view) {
-  std::cout << coloured(Colour::bold, cell(view["name"])) << ", id " << cell(view["id"])
-            << ", position " << cell(view["position"]);
-  if (view["collects"] != "") {
-    std::cout << " (reserved entry: " << cell(view["collects"]) << ')';
-  }
-  std::cout << "\n\n";
-  print_settings(view["settings"]);
-  std::vector<std::vector<std::string>> rows;
-  for (const char* name : kCounterNames) {
-    rows.push_back(
-        {name, cell(view["last60"][name]), cell(view["last24"][name]), cell(view["last07"][name])});
-  }
-  std::cout << "\nWindows up to " << cell(view["last_run"]) << '\n';
-  print_table({{"counter"}, {"60 minutes", true}, {"24 hours", true}, {"7 days", true}}, rows);
-  std::cout << "\nThe last 24 hours, from the minute slots\n";
-  print_chart(view["hours"], "hour");
-  std::cout << "\nThe last " << counted(view["days"].size(), "day") << " of the history\n";
-  print_chart(view["days"], "date");
+  Json view = {{"id", work.id},
+               {"name", field_text(work.name)},
+               {"position", position},
+               {"collects", collects(work, position)},
+               {"settings", settings_json(work, local_time(wall_clock()).tm_hour)},
+               {"last60", counters_json(work.last60)},
+               {"last24", counters_json(work.last24)},
+               {"last07", counters_json(work.last07)},
+               {"hours", hours_json(work.id, end)},
+               {"days", days_json(field_text(work.name))}};
+  add_data_time(view);
+  return view;
 }
 
 }  // namespace vantrel::inspect

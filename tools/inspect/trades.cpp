@@ -5,6 +5,7 @@
 #include "base/clock.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "data_time.h"
 #include "out/out_list.h"
 #include "site.h"
 #include "views.h"
@@ -15,6 +16,16 @@ namespace {
 constexpr const char* kNumberColumns[] = {"in60",   "uniq60", "out60", "clk60", "in24",
                                           "uniq24", "out24",  "clk24", "in07",  "uniq07",
                                           "out07",  "clk07",  "ratio", "quota", "left"};
+// What is shown unless asked for otherwise, in this many places.
+constexpr const char* kUsualColumns[] = {"in60",  "out60", "in24", "uniq24", "out24",
+                                         "clk24", "ratio", "in07", "out07"};
+constexpr std::size_t kUsualWidth = 100;
+constexpr std::size_t kShortestName = 12;
+
+bool is_number_column(const std::string& column) {
+  return std::find(std::begin(kNumberColumns), std::end(kNumberColumns), column) !=
+         std::end(kNumberColumns);
+}
 
 Json trade_row(const TradeWork& work, std::size_t position, int hour) {
   Json row = {
@@ -31,9 +42,20 @@ Json trade_row(const TradeWork& work, std::size_t position, int hour) {
   return row;
 }
 
+// Over all entries, the reserved ones included, as in the day's totals of the history.
+Json totals_of(const Json& rows) {
+  Json totals;
+  for (const char* column : kNumberColumns) {
+    std::int64_t sum = 0;
+    for (const Json& row : rows) sum += row[column].get<std::int64_t>();
+    totals[column] = sum;
+  }
+  totals["ratio"] = percent_of(truncate_to_int(totals["out24"]), truncate_to_int(totals["in24"]));
+  return totals;
+}
+
 void sort_rows(Json& rows, const std::string& column, bool reverse) {
-  const bool by_number = std::find(std::begin(kNumberColumns), std::end(kNumberColumns), column) !=
-                         std::end(kNumberColumns);
+  const bool by_number = is_number_column(column);
   if (!by_number && column != "id" && column != "name") {
     throw WrongUsage{"there is no column " + printable(column)};
   }
@@ -44,38 +66,111 @@ void sort_rows(Json& rows, const std::string& column, bool reverse) {
   });
 }
 
+std::vector<std::string> columns_of(const TradesQuery& query) {
+  if (query.wide) return {std::begin(kNumberColumns), std::end(kNumberColumns)};
+  if (query.columns.empty()) return {std::begin(kUsualColumns), std::end(kUsualColumns)};
+  for (const std::string& column : query.columns) {
+    if (!is_number_column(column)) throw WrongUsage{"there is no column " + printable(column)};
+  }
+  return query.columns;
+}
+
+// A reserved entry without any traffic says nothing.
+bool is_idle(const Json& row) {
+  return row["collects"] != "" && std::all_of(std::begin(kNumberColumns), std::end(kNumberColumns),
+                                              [&](const char* column) { return row[column] == 0; });
+}
+
+std::vector<std::string> cells_of(const Json& row, const Json& shown, const std::string& name) {
+  std::vector<std::string> cells = {row.contains("id") ? cell(row["id"]) : "", name};
+  for (const Json& column : shown) {
+    cells.push_back(cell(row[column.get<std::string>()]) + (column == "ratio" ? "%" : ""));
+  }
+  return cells;
+}
+
+std::vector<Column> table_columns(const Json& shown) {
+  std::vector<Column> columns = {{"id", true}, {"name"}};
+  for (const Json& column : shown) columns.push_back({cell(column), true});
+  return columns;
+}
+
+// A table that is too wide gets short names; if that is not enough, columns at its end are left
+// out.
+void fit(std::vector<Column>& columns, std::vector<std::vector<std::string>>& rows) {
+  std::size_t longest = 0;
+  for (const auto& row : rows) longest = std::max(longest, row[1].size());
+  while (longest > kShortestName && table_width(columns, rows) > kUsualWidth) {
+    --longest;
+    for (auto& row : rows) row[1] = shortened(row[1], longest);
+  }
+  while (columns.size() > 3 && table_width(columns, rows) > kUsualWidth) {
+    columns.pop_back();
+    for (auto& row : rows) row.pop_back();
+  }
+}
+
+void print_left_out(std::size_t idle, std::size_t below, std::size_t cut) {
+  std::string words;
+  const auto add_words = [&](std::size_t count, const std::string& text) {
+    if (count > 0) words += (words.empty() ? "Not shown: " : "; ") + text;
+  };
+  add_words(idle, std::to_string(idle) + " reserved without traffic");
+  add_words(below, std::to_string(below) + " behind these");
+  add_words(cut, counted(cut, "column"));
+  if (!words.empty()) std::cout << coloured(Colour::faint, words + ".") << '\n';
+}
+
 }  // namespace
 
-Json trades_view(const std::string& column, bool reverse) {
+Json trades_view(const TradesQuery& query) {
+  const std::vector<std::string> columns = columns_of(query);
   const TradeStore store = load_store();
   const int hour = local_time(wall_clock()).tm_hour;
   Json rows = Json::array();
   for (std::size_t i = 0; i < store.works.size(); ++i) {
     rows.push_back(trade_row(store.works[i], i, hour));
   }
-  if (!column.empty()) {
-    sort_rows(rows, column, reverse);
-  } else if (reverse) {
+  Json view;
+  view["entries"] = rows.size();
+  view["totals"] = totals_of(rows);
+  if (!query.sort.empty() || query.top) {
+    sort_rows(rows, query.sort.empty() ? "in24" : query.sort, query.reverse);
+  } else if (query.reverse) {
     std::reverse(rows.begin(), rows.end());
   }
-  return {{"last_run", time_text(last_run_or_now())}, {"trades", rows}};
+  if (query.top && *query.top < rows.size()) {
+    rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(*query.top), rows.end());
+  }
+  view["columns"] = columns;
+  view["fitted"] = !query.wide && query.columns.empty();
+  view["trades"] = std::move(rows);
+  add_data_time(view);
+  return view;
 }
 
 void print_trades(const Json& view) {
-  std::vector<Column> columns = {{"id", true}, {"name"}};
-  for (const char* column : kNumberColumns) columns.push_back({column, true});
-  columns.push_back({"collects"});
+  std::vector<Column> columns = table_columns(view["columns"]);
   std::vector<std::vector<std::string>> rows;
+  const bool fitted = view["fitted"].get<bool>();
+  std::size_t idle = 0;
   for (const Json& trade : view["trades"]) {
-    std::vector<std::string> row = {cell(trade["id"]), cell(trade["name"])};
-    for (const char* column : kNumberColumns) row.push_back(cell(trade[column]));
-    row[14] += '%';
-    row.push_back(cell(trade["collects"]));
-    rows.push_back(std::move(row));
+    if (fitted && is_idle(trade)) {
+      ++idle;
+      continue;
+    }
+    const std::string collected =
+        trade["collects"] == "" ? "" : " (" + cell(trade["collects"]) + ')';
+    rows.push_back(cells_of(trade, view["columns"], cell(trade["name"]) + collected));
   }
-  std::cout << "Traffic of the last 60 minutes, 24 hours and 7 days up to "
-            << cell(view["last_run"]) << '\n';
+  rows.push_back(cells_of(view["totals"], view["columns"], "all " + cell(view["entries"])));
+  const std::size_t wanted = columns.size();
+  if (fitted) fit(columns, rows);
+  std::cout << "Traffic of the last 60 minutes, 24 hours and 7 days up to " << data_time_words(view)
+            << '\n';
   print_table(columns, rows);
+  print_left_out(idle, view["entries"].get<std::size_t>() - view["trades"].size(),
+                 wanted - columns.size());
 }
 
 }  // namespace vantrel::inspect

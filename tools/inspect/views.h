@@ -3,7 +3,9 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "screen.h"
 
@@ -13,17 +15,31 @@ namespace vantrel::inspect {
 [[nodiscard]] Json list_view();
 void print_list(const Json& view);
 
-// All trades, sorted by one of the column names; an empty one keeps the order of the index. Throws
-// WrongUsage for a column there is not.
-[[nodiscard]] Json trades_view(const std::string& column, bool reverse);
+// All trades, or those at the top, sorted by a column; without one in the order of the index, or by
+// the hits of 24 hours when only the top is wanted. Throws WrongUsage for a column there is not.
+struct TradesQuery {
+  std::string sort;
+  bool reverse = false;
+  std::optional<std::size_t> top;
+  std::vector<std::string> columns;  // of numbers; the usual ones when empty
+  bool wide = false;                 // all columns and all entries
+};
+[[nodiscard]] Json trades_view(const TradesQuery& query);
 void print_trades(const Json& view);
 
 // One trade, by its name or else its id. Throws Unavailable when there is none.
 [[nodiscard]] Json trade_view(const std::string& name_or_id);
 void print_trade(const Json& view);
 
-// The last lines of the event log, explained.
-[[nodiscard]] Json events_view(std::size_t count);
+// The event log, explained; lines that say the same are one event, in the order of their last ones.
+// Throws WrongUsage for a time that is none.
+struct EventsQuery {
+  std::size_t count = 20;  // the last so many
+  std::string since;
+  std::string level;  // "0" or "1", empty for both
+  std::string trade;  // name or id, empty for all
+};
+[[nodiscard]] Json events_view(const EventsQuery& query);
 void print_events(const Json& view);
 
 // The run history with its gaps.
