@@ -56,7 +56,7 @@ fresh() {
   cp -a "$work/model" "$site"
 }
 
-views=(list trades 'trades --wide --sort in24' 'trade 20' events 'events 3 --trade 20' runs check)
+views=(site 'site --csv days' list trades 'trades --wide --sort in24' 'trade 20' events 'events 3 --trade 20' runs check)
 
 "$build/vantrel-sample-site" "$work/model" --at $now --minutes 3 --days 20 --ranges 200 >/dev/null ||
   { echo "no sample site"; exit 1; }
@@ -120,6 +120,18 @@ inspect trades --columns left,in24 | sed -n 2p | grep -qxE 'id +name +left +in24
 inspect trade 20 | LC_ALL=C grep -nE '[][{}_]|[0-9]{8}' | grep -v proxy_ && fail "trade: no plain words"
 touch -d '2026-11-16 12:44' "$site/d/t/sum"
 inspect trades | grep -q '4 minutes old' || fail "old data are not marked"
+
+echo "== the whole site"
+expect "the site's window" "$(value site 'd["last24"]["rin"]')" "$(value trades 'sum(t["in24"] for t in d["trades"])')"
+expect "the site's hours" "$(value site 'd["today"]["rin"]')" "$(python3 - "$site"/d/t/[0-9]* <<'PYTHON'
+import struct, sys  # the slots from midnight to the minute before the run
+print(sum(struct.unpack_from('<i', open(f, 'rb').read(), m * 56)[0] for f in sys.argv[1:] for m in range(12 * 60 + 48)))
+PYTHON
+)"
+day() { printf '|%s|%s|2|3|4|5|6|7|8|9|10|11|1.5e+06|nan|-1e300|0|17|18|19|20||||||||||' "$@"; }
+{ day 20261109 7; day 20261113 4294967295; day 20261114 1; day 20261114 2; day '<b>' 3; day 20261116 4; printf '|2026'; } >"$site/d/h/all.his"
+expect "days and odd records" "$(value site '[(r["date"], r["late"], r["rin"]) for r in d["days"][1:]], tuple(d["days"][0][c] for c in ("rti", "rto", "rtc")), d["week_before"]["rin"], d["yesterday"]["noref_in"], d["unreadable_days"]')" \
+  "[('2026-11-13', False, -1), ('2026-11-13', True, 1), ('2026-11-14', False, 2), ('2026-11-15', True, 4)] (1500000, 0, -2147483648) 7 18 2"
 
 echo "== the doctor's verdict, and the run's"
 # status, what the finding names, and the defect; a run reaches its end unless the status is 2.
@@ -234,7 +246,7 @@ import os, random, shutil, sys
 site, seed = sys.argv[1], int(sys.argv[2])
 r = random.Random(seed)
 files = sorted(os.path.join(d, n) for d, _, names in os.walk(site) for n in names if '/l/in' not in d)
-core = [os.path.join(site, p) for p in ('d/t/index', 'd/t/sum', 'd/out.lst', 'd/set', 'd/alerts',
+core = [os.path.join(site, p) for p in ('d/t/index', 'd/h/all.his', 'd/t/sum', 'd/out.lst', 'd/set', 'd/alerts',
                                         'l/sys/cron.run', 'd/t/20', 'd/ip.psv')]
 for path in r.sample(core, 4) + r.sample(files, 12):
     if not os.path.isfile(path) or os.path.islink(path):

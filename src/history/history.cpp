@@ -17,8 +17,6 @@
 namespace vantrel {
 namespace {
 
-constexpr const char* kTotalsFile = "d/h/all.his";
-constexpr const char* kTradeTotalsFile = "d/h/trades.his";
 constexpr std::int32_t kLastReservedId = 10;
 
 std::string subject_of(std::string_view name) { return "d/h/" + std::string(name) + ".his"; }

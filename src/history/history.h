@@ -15,6 +15,10 @@
 
 namespace vantrel {
 
+// The totals of every day, over all entries and over the trades alone.
+inline constexpr const char* kTotalsFile = "d/h/all.his";
+inline constexpr const char* kTradeTotalsFile = "d/h/trades.his";
+
 // True on every run but those of minute 1 in hours 1 to 23, when the 7-day window of the summary
 // is used as it is.
 [[nodiscard]] bool history_load_due(const StartClock& clock);

@@ -23,6 +23,7 @@ struct Options {
   TradesQuery trades;
   std::string trade;
   EventsQuery events;
+  std::string csv;
 };
 
 void add_commands(CLI::App& app, Options& options) {
@@ -34,6 +35,10 @@ void add_commands(CLI::App& app, Options& options) {
   app.add_option("--site", options.site, "Directory of the site, instead of the current one")
       ->type_name("DIR");
   app.add_flag("--json", options.json, "Print the view as JSON");
+  CLI::App* site = app.add_subcommand("site", "The site as a whole: windows, hours, days");
+  site->add_option("--csv", options.csv, "Print only this, as comma-separated values")
+      ->type_name("days|hours")
+      ->check(CLI::IsMember({"days", "hours"}).description(""));
   app.add_subcommand("list", "The outgoing list as visitors will see it");
   CLI::App* trades = app.add_subcommand("trades", "All trades and their traffic");
   trades->add_option("--sort", options.trades.sort, "Sort by a column, by its title")
@@ -73,6 +78,7 @@ View view_of(const std::string& command) {
   if (command == "trades") {
     return {[](const Options& o) { return trades_view(o.trades); }, print_trades};
   }
+  if (command == "site") return {[](const Options&) { return site_view(); }, print_site};
   if (command == "trade")
     return {[](const Options& o) { return trade_view(o.trade); }, print_trade};
   if (command == "events") {
@@ -90,6 +96,8 @@ int show(const std::string& command, const Options& options) {
     std::cout << Json({{"view", command}, {"data", data}})
                      .dump(2, ' ', true, Json::error_handler_t::replace)
               << '\n';
+  } else if (!options.csv.empty()) {
+    print_site_csv(data, options.csv);
   } else {
     view.print(data);
   }

@@ -27,6 +27,27 @@ struct TradesQuery {
 [[nodiscard]] Json trades_view(const TradesQuery& query);
 void print_trades(const Json& view);
 
+// The whole site. Traffic is the 14 counters, summed over all entries of the index, and what
+// follows from them (see traffic_json()); a row of hours has the counters only. In the order of
+// printing:
+//   last_run, entries
+//   last60, last24, last07   traffic of the windows
+//   today                    date, until ("12:47"), traffic of the last run's day from the slots
+//   yesterday, week_before   the row of days of one and of seven days before, null without a record
+//   last30                   days (how many rows), traffic of the rows of days
+//   reserved                 by window: share_in, share_clk, share_out of all reserved entries, and
+//                            entries: position, id, name, collects, rin, clk, out and their shares;
+//                            per cent, null where there was no traffic at all
+//   hours                    24 rows, oldest first: hour ("2026-11-16 12:00"), counters
+//   days                     up to 30 rows, oldest first: date, late (recorded after midnight),
+//                            traffic, trades (the counters of the trades alone but for rin, which
+//                            is over all; null without a record), gallery_out, noref_in, listed_in
+//   unreadable_days          records of the history without a date, left out
+[[nodiscard]] Json site_view();
+void print_site(const Json& view);
+// rows: "days" or "hours"; a line of titles, then a line a row.
+void print_site_csv(const Json& view, const std::string& rows);
+
 // One trade, by its name or else its id. Throws Unavailable when there is none.
 [[nodiscard]] Json trade_view(const std::string& name_or_id);
 void print_trade(const Json& view);
