@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "counters.h"
+#include "data_time.h"
 #include "views.h"
 
 namespace vantrel::inspect {
@@ -95,7 +96,7 @@ void print_chart(const Json& rows, const char* key) {
 }  // namespace
 
 void print_site(const Json& view) {
-  std::cout << coloured(Colour::bold, "The whole site up to " + cell(view["last_run"])) << '\n';
+  std::cout << coloured(Colour::bold, "The whole site up to ") << data_time_words(view) << '\n';
   print_periods(view);
   std::cout
       << "\nWhat no named trade is credited with, of 24 hours. Hits with a marker are counted\n"

@@ -5,6 +5,7 @@
 #include "base/clock.h"
 #include "base/text.h"
 #include "daily.h"
+#include "data_time.h"
 #include "site.h"
 #include "slots.h"
 #include "sums.h"
@@ -129,7 +130,8 @@ Json site_view() {
   const SlotHours hours = hours_before(last_run);
   const HourSums sums = sum_hours(store, hours);
   const DailyTotals totals = read_daily_totals(wall_clock());
-  Json view = {{"last_run", time_text(last_run)}, {"entries", store.works.size()}};
+  Json view = {{"entries", store.works.size()}};
+  add_data_time(view);
   const std::pair<const char*, Window> windows[] = {{"last60", &TradeWork::last60},
                                                     {"last24", &TradeWork::last24},
                                                     {"last07", &TradeWork::last07}};

@@ -30,7 +30,7 @@ void print_trades(const Json& view);
 // The whole site. Traffic is the 14 counters, summed over all entries of the index, and what
 // follows from them (see traffic_json()); a row of hours has the counters only. In the order of
 // printing:
-//   last_run, entries
+//   entries, last_run, stored, age_seconds, stale
 //   last60, last24, last07   traffic of the windows
 //   today                    date, until ("12:47"), traffic of the last run's day from the slots
 //   yesterday, week_before   the row of days of one and of seven days before, null without a record
