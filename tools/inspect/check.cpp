@@ -18,6 +18,11 @@ namespace vantrel::inspect {
 namespace {
 
 constexpr const char* kSeverityNames[] = {"ok", "warning", "fatal"};
+constexpr const char* kVerdicts[] = {
+    "The next run would reach its end.",
+    "The next run would reach its end, but something is off.",
+    "The next run would end early.",
+};
 constexpr std::size_t kLargeLog = std::size_t{64} << 20;
 
 void check_last_run(Findings& findings) {
@@ -154,6 +159,7 @@ Json check_view() {
   check_alerts(findings);
   check_programs(findings);
   return {{"status", findings.status()},
+          {"verdict", kVerdicts[findings.status()]},
           {"checked_as_root", ::geteuid() == 0},
           {"findings", findings.list()}};
 }
@@ -172,12 +178,7 @@ void print_check(const Json& view) {
   if (view["checked_as_root"] == true) {
     std::cout << "Permissions were looked at as root; run this as the user of the run.\n";
   }
-  constexpr const char* kVerdicts[] = {
-      "The next run would reach its end.",
-      "The next run would reach its end, but something is off.",
-      "The next run would end early.",
-  };
-  std::cout << coloured(Colour::bold, kVerdicts[view["status"].get<std::size_t>()]) << '\n';
+  std::cout << coloured(Colour::bold, cell(view["verdict"])) << '\n';
 }
 
 }  // namespace vantrel::inspect

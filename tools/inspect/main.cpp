@@ -4,10 +4,12 @@
 
 #include <CLI/CLI.hpp>
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <string>
 
 #include "base/version.h"
+#include "report.h"
 #include "site.h"
 #include "views.h"
 
@@ -24,6 +26,7 @@ struct Options {
   std::string trade;
   EventsQuery events;
   std::string csv;
+  std::string page_file;
 };
 
 void add_commands(CLI::App& app, Options& options) {
@@ -63,6 +66,10 @@ void add_commands(CLI::App& app, Options& options) {
   events->add_option("--trade", options.events.trade, "Only of this trade")->type_name("NAME|ID");
   app.add_subcommand("runs", "The run history and its gaps");
   app.add_subcommand("check", "Would the next run reach its end?");
+  CLI::App* report = app.add_subcommand(
+      "report", has_report() ? "All of it as a page for a browser" : "Not built into this program");
+  report->add_option("-o,--output", options.page_file, "Write this file, not the standard output")
+      ->type_name("FILE");
   app.footer(
       "Exit status: 0 fine; 1 check: something is off, other views: not available;\n"
       "2 check: the run would end early; 3 wrong usage.");
@@ -89,6 +96,11 @@ View view_of(const std::string& command) {
 }
 
 int show(const std::string& command, const Options& options) {
+  if (command == "report") {
+    const std::string data = report_data();
+    write_report(options.json ? data + '\n' : report_page(data), options.page_file);
+    return kFine;
+  }
   const View view = view_of(command);
   const Json data = view.collect(options);
   if (options.json) {
@@ -114,6 +126,9 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kFine : kWrongUsage;
+  }
+  if (!options.page_file.empty()) {
+    options.page_file = std::filesystem::absolute(options.page_file);
   }
   if (::chdir(options.site.c_str()) != 0) {
     std::cerr << "vantrel-inspect: there is no directory " << printable(options.site) << '\n';

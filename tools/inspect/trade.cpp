@@ -11,6 +11,7 @@
 #include "out/planning.h"
 #include "site.h"
 #include "slots.h"
+#include "trade_page.h"
 #include "traffic/windows.h"
 #include "views.h"
 
@@ -39,22 +40,29 @@ std::string mode_text(std::int32_t mode) {
 }
 
 // Lines of d/caps are groups of four pieces: ignored, id, kind, value; later ones override.
-Json caps_json(std::int32_t id) {
-  Json caps = {
-      {"cef_per_uin_least", Json()}, {"ctt_per_out_least", Json()}, {"out_per_uin_most", Json()}};
+TradeCaps read_caps() {
+  TradeCaps caps;
   const std::string text = read_file("d/caps").value_or("");
   Pieces pieces(text);
   for (std::string_view piece, owner, kind, value;
        pieces.next(piece) && pieces.next(owner) && pieces.next(kind) && pieces.next(value);) {
-    if (to_int(owner) != id || value == "-1") continue;
-    if (kind == "1") caps["cef_per_uin_least"] = to_int(value);
-    if (kind == "2") caps["ctt_per_out_least"] = to_int(value);
-    if (kind == "3") caps["out_per_uin_most"] = to_int(value);
+    if (value == "-1") continue;
+    TradeCap& cap = caps[to_int(owner)];
+    if (kind == "1") cap.cap_cef = to_int(value);
+    if (kind == "2") cap.cap_ctt = to_int(value);
+    if (kind == "3") cap.cap_out = to_int(value);
   }
   return caps;
 }
 
-Json settings_json(const TradeWork& work, int hour) {
+Json caps_json(const TradeCap& cap) {
+  const auto json = [](std::int32_t value) { return value == -1 ? Json() : Json(value); };
+  return {{"cef_per_uin_least", json(cap.cap_cef)},
+          {"ctt_per_out_least", json(cap.cap_ctt)},
+          {"out_per_uin_most", json(cap.cap_out)}};
+}
+
+Json settings_json(const TradeWork& work, int hour, const TradeCap& cap) {
   return {{"url", field_text(work.text_80)},
           {"mode", mode_text(work.flag_880)},
           {"skim", work.param_844 == -1 ? Json() : Json(work.param_844)},
@@ -71,7 +79,7 @@ Json settings_json(const TradeWork& work, int hour) {
             {"threshold", work.param_832},
             {"percent_below", work.param_836},
             {"percent_from", work.param_840}}},
-          {"caps", caps_json(work.id)},
+          {"caps", caps_json(cap)},
           {"caps_count", work.flag_880 == 2}};
 }
 
@@ -112,21 +120,27 @@ Json days_json(std::string_view name) {
 
 }  // namespace
 
+TradePages read_trade_pages() {
+  return {load_store(), last_run_or_now(), local_time(wall_clock()).tm_hour, read_caps()};
+}
+
+Json trade_page(const TradePages& pages, std::size_t position) {
+  const TradeWork& work = pages.store.works[position];
+  return {{"id", work.id},
+          {"name", field_text(work.name)},
+          {"position", position},
+          {"collects", collects(work, position)},
+          {"settings", settings_json(work, pages.hour, caps_of(pages.caps, work.id))},
+          {"last60", counters_json(work.last60)},
+          {"last24", counters_json(work.last24)},
+          {"last07", counters_json(work.last07)},
+          {"hours", hours_json(work.id, pages.last_run)},
+          {"days", days_json(field_text(work.name))}};
+}
+
 Json trade_view(const std::string& name_or_id) {
-  const TradeStore store = load_store();
-  const std::size_t position = find_trade(store, name_or_id);
-  const TradeWork& work = store.works[position];
-  const std::time_t end = last_run_or_now();
-  Json view = {{"id", work.id},
-               {"name", field_text(work.name)},
-               {"position", position},
-               {"collects", collects(work, position)},
-               {"settings", settings_json(work, local_time(wall_clock()).tm_hour)},
-               {"last60", counters_json(work.last60)},
-               {"last24", counters_json(work.last24)},
-               {"last07", counters_json(work.last07)},
-               {"hours", hours_json(work.id, end)},
-               {"days", days_json(field_text(work.name))}};
+  const TradePages pages = read_trade_pages();
+  Json view = trade_page(pages, find_trade(pages.store, name_or_id));
   add_data_time(view);
   return view;
 }

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <iostream>
 #include <vector>
 
@@ -13,9 +14,9 @@
 namespace vantrel::inspect {
 namespace {
 
-constexpr const char* kNumberColumns[] = {"in60",   "uniq60", "out60", "clk60", "in24",
-                                          "uniq24", "out24",  "clk24", "in07",  "uniq07",
-                                          "out07",  "clk07",  "ratio", "quota", "left"};
+constexpr const char* kNumberColumns[] = {"in60",  "uniq60",  "out60", "clk60",  "in24",  "uniq24",
+                                          "out24", "clk24",   "in07",  "uniq07", "out07", "clk07",
+                                          "ratio", "quality", "proxy", "quota",  "left"};
 // What is shown unless asked for otherwise, in this many places.
 constexpr const char* kUsualColumns[] = {"in60",  "out60", "in24", "uniq24", "out24",
                                          "clk24", "ratio", "in07", "out07"};
@@ -25,6 +26,12 @@ constexpr std::size_t kShortestName = 12;
 bool is_number_column(const std::string& column) {
   return std::find(std::begin(kNumberColumns), std::end(kNumberColumns), column) !=
          std::end(kNumberColumns);
+}
+
+// Points an incoming hit of the day got from the traffic rules, on average; an ordinary hit has 10.
+Json quality_of(const TrafficCounters& day) {
+  if (day[slot::rin] == 0) return {};
+  return std::round(10.0 * day[slot::rti] / day[slot::rin]) / 10;
 }
 
 Json trade_row(const TradeWork& work, std::size_t position, int hour) {
@@ -37,6 +44,8 @@ Json trade_row(const TradeWork& work, std::size_t position, int hour) {
     }
   }
   row["ratio"] = percent_of(work.last24[slot::out], work.last24[slot::rin]);
+  row["quality"] = quality_of(work.last24);
+  row["proxy"] = percent_of(work.last24[slot::proxy_in], work.last24[slot::rin]);
   row["quota"] = active_quota(work, hour);
   row["left"] = work.hits_left;
   return row;
@@ -47,9 +56,11 @@ Json totals_of(const Json& rows) {
   Json totals;
   for (const char* column : kNumberColumns) {
     std::int64_t sum = 0;
-    for (const Json& row : rows) sum += row[column].get<std::int64_t>();
+    for (const Json& row : rows)
+      sum += row[column].is_number() ? row[column].get<std::int64_t>() : 0;
     totals[column] = sum;
   }
+  totals["quality"] = totals["proxy"] = Json();
   totals["ratio"] = percent_of(truncate_to_int(totals["out24"]), truncate_to_int(totals["in24"]));
   return totals;
 }
@@ -77,14 +88,17 @@ std::vector<std::string> columns_of(const TradesQuery& query) {
 
 // A reserved entry without any traffic says nothing.
 bool is_idle(const Json& row) {
-  return row["collects"] != "" && std::all_of(std::begin(kNumberColumns), std::end(kNumberColumns),
-                                              [&](const char* column) { return row[column] == 0; });
+  return row["collects"] != "" &&
+         std::all_of(std::begin(kNumberColumns), std::end(kNumberColumns),
+                     [&](const char* column) { return row[column] == 0 || row[column].is_null(); });
 }
+
+bool is_percentage(const Json& column) { return column == "ratio" || column == "proxy"; }
 
 std::vector<std::string> cells_of(const Json& row, const Json& shown, const std::string& name) {
   std::vector<std::string> cells = {row.contains("id") ? cell(row["id"]) : "", name};
   for (const Json& column : shown) {
-    cells.push_back(cell(row[column.get<std::string>()]) + (column == "ratio" ? "%" : ""));
+    cells.push_back(cell(row[column.get<std::string>()]) + (is_percentage(column) ? "%" : ""));
   }
   return cells;
 }

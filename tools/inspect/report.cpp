@@ -1,0 +1,161 @@
+#include "report.h"
+
+#include <algorithm>
+#include <array>
+#include <climits>
+#include <cstdlib>
+#include <vector>
+
+#include "base/clock.h"
+#include "base/files.h"
+#include "pack.h"
+#include "page.h"
+#include "site.h"
+#include "trade_page.h"
+#include "views.h"
+
+namespace vantrel::inspect {
+namespace {
+
+constexpr std::size_t kEventsShown = 1000;
+constexpr std::size_t kNamed = 8;
+constexpr std::size_t kDaysOfWeek = 7;
+constexpr double kFewestSent = 50;  // of fewer visitors a ratio says nothing
+
+std::string site_name() {
+  std::array<char, PATH_MAX> path{};
+  return ::realpath(".", path.data()) != nullptr ? path.data() : ".";
+}
+
+// Puts the members of an object together, each as soon as it is there.
+class PackedObject {
+ public:
+  void add(const std::string& key, const std::string& text) {
+    text_ += (text_.empty() ? "{\"" : ",\"") + key + "\":" + text;
+  }
+  void add_view(const std::string& key, Json (*view)()) { add_packed(key, available(view)); }
+  void add_packed(const std::string& key, const Json& json) {
+    std::string text;
+    packer.pack(json, text);
+    add(key, text);
+  }
+  [[nodiscard]] std::string text() const { return text_ + '}'; }
+
+  static Json available(Json (*view)()) {
+    try {
+      return view();
+    } catch (const Unavailable& error) {
+      return {{"unavailable", error.reason}};
+    }
+  }
+
+  Packer packer;
+
+ private:
+  std::string text_;
+};
+
+// A trade that the page names, and what puts it in front of others.
+struct Named {
+  std::size_t position;
+  double amount;
+};
+
+Json positions_of_most(std::vector<Named>& trades) {
+  std::stable_sort(trades.begin(), trades.end(),
+                   [](const Named& a, const Named& b) { return a.amount > b.amount; });
+  Json positions = Json::array();
+  for (std::size_t i = 0; i < std::min(trades.size(), kNamed); ++i) {
+    positions.push_back(trades[i].position);
+  }
+  return positions;
+}
+
+// Worst payers got far more visitors in the day than they sent; newcomers have not a week of
+// history.
+class Notable {
+ public:
+  void look_at(const TradeWork& trade, std::size_t position, std::size_t days) {
+    const double in = trade.last24[slot::rin];
+    const double out = trade.last24[slot::out];
+    if (out > in && out >= kFewestSent) payers_.push_back({position, out / std::max(in, 1.0)});
+    if (days < kDaysOfWeek && (in > 0 || out > 0)) newcomers_.push_back({position, in});
+  }
+  [[nodiscard]] Json json() {
+    return {{"worst_payers", positions_of_most(payers_)},
+            {"newcomers", positions_of_most(newcomers_)}};
+  }
+
+ private:
+  std::vector<Named> payers_, newcomers_;
+};
+
+// Of single hours and days the page shows what it draws.
+Json drawn(const Json& rows) {
+  Json list = Json::array();
+  for (const Json& row : rows) {
+    const auto time = row.begin();
+    list.push_back({{time.key(), time.value()},
+                    {"rin", row["rin"]},
+                    {"uin", row["uin"]},
+                    {"out", row["out"]},
+                    {"clk", row["clk"]}});
+  }
+  return list;
+}
+
+// All trades, one packed page behind the other: as they are they would fill the memory.
+std::string trade_pages(Packer& packer, Notable& notable) {
+  std::string text;
+  try {
+    const TradePages pages = read_trade_pages();
+    for (std::size_t i = 0; i < pages.store.works.size(); ++i) {
+      Json page = trade_page(pages, i);
+      for (const char* rows : {"hours", "days"}) page[rows] = drawn(page[rows]);
+      text += text.empty() ? "[" : ",\n";
+      packer.pack(page, text);
+      if (page["collects"] == "") notable.look_at(pages.store.works[i], i, page["days"].size());
+    }
+  } catch (const Unavailable&) {
+    text.clear();  // the view of all trades says why
+  }
+  return text.empty() ? "[]" : text + ']';
+}
+
+}  // namespace
+
+bool has_report() { return !kPageStart.empty(); }
+
+std::string report_data() {
+  PackedObject data;
+  data.add("site", page_text(site_name()));
+  data.add("made", page_text(time_text(wall_clock())));
+  data.add_view("check", check_view);
+  data.add_view("list", list_view);
+  data.add_view("trades", [] { return trades_view({}); });
+  data.add_view("events", [] {
+    return events_view({.count = kEventsShown, .since = "", .level = "", .trade = ""});
+  });
+  data.add_view("runs", runs_view);
+  Notable notable;
+  data.add("trade", trade_pages(data.packer, notable));
+  data.add_packed("notable", notable.json());
+  data.add("shapes", data.packer.shapes());
+  data.add("pool", data.packer.pool());
+  return data.text();
+}
+
+std::string report_page(const std::string& data) {
+  std::string page;
+  page.reserve(kPageStart.size() + data.size() + kPageEnd.size());
+  return page.append(kPageStart).append(data).append(kPageEnd);
+}
+
+void write_report(const std::string& page, const std::string& path) {
+  const bool written = path.empty() ? write_all(1, page) : replace_file(path.c_str(), page);
+  if (!written) {
+    throw Unavailable{(path.empty() ? "the page" : printable(path)) + " cannot be written"};
+  }
+}
+
+}  // namespace vantrel::inspect
