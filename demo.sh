@@ -114,6 +114,9 @@ show_day() {
   cat "$site/mail/outbox"
   say "The busiest trade: vantrel-inspect trade $id"
   inspect trade "$id"
+  say "All of it as a page: vantrel-inspect report"
+  inspect report -o "$site.html"
+  echo "Open it in a browser: file://$site.html"
 }
 
 case ${1:-} in

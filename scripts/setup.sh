@@ -5,7 +5,7 @@ say() {
 }
 
 # What it takes to build the programs.
-build_packages=(cmake make g++ libcli11-dev nlohmann-json3-dev)
+build_packages=(cmake make g++ libcli11-dev nlohmann-json3-dev libjs-chart.js)
 
 is_installed() {
   dpkg-query -W -f='${Status}' "$1" 2>/dev/null | grep -q 'install ok installed'

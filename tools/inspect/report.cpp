@@ -8,6 +8,7 @@
 
 #include "base/clock.h"
 #include "base/files.h"
+#include "counters.h"
 #include "pack.h"
 #include "page.h"
 #include "site.h"
@@ -104,6 +105,12 @@ Json drawn(const Json& rows) {
   return list;
 }
 
+Json counter_words() {
+  Json words;
+  for (const auto& [name, counts] : kCounters) words[name] = counts;
+  return words;
+}
+
 // All trades, one packed page behind the other: as they are they would fill the memory.
 std::string trade_pages(Packer& packer, Notable& notable) {
   std::string text;
@@ -112,6 +119,10 @@ std::string trade_pages(Packer& packer, Notable& notable) {
     for (std::size_t i = 0; i < pages.store.works.size(); ++i) {
       Json page = trade_page(pages, i);
       for (const char* rows : {"hours", "days"}) page[rows] = drawn(page[rows]);
+      Json& words = page["words"] = Json::array();
+      for (const auto& [setting, meaning] : settings_words(page["settings"])) {
+        words.push_back({{"setting", setting}, {"meaning", meaning}});
+      }
       text += text.empty() ? "[" : ",\n";
       packer.pack(page, text);
       if (page["collects"] == "") notable.look_at(pages.store.works[i], i, page["days"].size());
@@ -137,6 +148,7 @@ std::string report_data() {
     return events_view({.count = kEventsShown, .since = "", .level = "", .trade = ""});
   });
   data.add_view("runs", runs_view);
+  data.add_packed("counters", counter_words());
   Notable notable;
   data.add("trade", trade_pages(data.packer, notable));
   data.add_packed("notable", notable.json());

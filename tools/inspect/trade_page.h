@@ -3,6 +3,9 @@
 
 #include <cstddef>
 #include <ctime>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "out/out_settings.h"
 #include "screen.h"
@@ -23,5 +26,8 @@ struct TradePages {
 
 // What "vantrel-inspect trade" shows of the trade at that position, but for the age of the data.
 [[nodiscard]] Json trade_page(const TradePages& pages, std::size_t position);
+
+// What the settings of such a page mean: what each is about, and a sentence.
+[[nodiscard]] std::vector<std::pair<std::string, std::string>> settings_words(const Json& settings);
 
 }  // namespace vantrel::inspect

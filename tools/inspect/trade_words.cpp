@@ -5,6 +5,7 @@
 
 #include "counters.h"
 #include "data_time.h"
+#include "trade_page.h"
 #include "views.h"
 
 namespace vantrel::inspect {
@@ -80,13 +81,15 @@ std::string caps_words(const Json& settings) {
   return settings["caps_count"].get<bool>() ? words : words + "; not looked at in its mode";
 }
 
-void print_settings(const Json& settings) {
+}  // namespace
+
+std::vector<std::pair<std::string, std::string>> settings_words(const Json& settings) {
   const Json& hourly = settings["quota_by_hour"];
   const bool has_quota =
       std::any_of(hourly.begin(), hourly.end(), [](const Json& quota) { return quota != 0; });
   const std::string quota =
       has_quota ? hours_words(settings["quota_hours_left"].get<std::int32_t>()) : "none";
-  std::vector<std::vector<std::string>> rows = {
+  std::vector<std::pair<std::string, std::string>> rows = {
       {"address", cell(settings["url"])},
       {"scoring", "mode " + cell(settings["mode"])},
       {"skim", settings["skim"].is_null() ? "none" : cell(settings["skim"])},
@@ -102,6 +105,14 @@ void print_settings(const Json& settings) {
                                            : "only while it sends enough visitors"});
   rows.push_back({"boost", boost_words(settings["boost"])});
   rows.push_back({"caps", caps_words(settings)});
+  return rows;
+}
+
+namespace {
+
+void print_settings(const Json& settings) {
+  std::vector<std::vector<std::string>> rows;
+  for (const auto& [setting, words] : settings_words(settings)) rows.push_back({setting, words});
   print_table({{"setting"}, {"value"}}, rows);
 }
 

@@ -93,12 +93,15 @@ bool is_idle(const Json& row) {
                      [&](const char* column) { return row[column] == 0 || row[column].is_null(); });
 }
 
-bool is_percentage(const Json& column) { return column == "ratio" || column == "proxy"; }
+std::string trade_cell(const Json& row, const std::string& column) {
+  const bool percentage = column == "ratio" || (column == "proxy" && !row[column].is_null());
+  return cell(row[column]) + (percentage ? "%" : "");
+}
 
 std::vector<std::string> cells_of(const Json& row, const Json& shown, const std::string& name) {
   std::vector<std::string> cells = {row.contains("id") ? cell(row["id"]) : "", name};
   for (const Json& column : shown) {
-    cells.push_back(cell(row[column.get<std::string>()]) + (is_percentage(column) ? "%" : ""));
+    cells.push_back(trade_cell(row, column));
   }
   return cells;
 }

@@ -43,7 +43,7 @@ function counted(count, noun) {
 
 function section(id, title, ...children) {
   return el('section', {id, 'aria-labelledby': id + '-title'},
-    el('h2', {id: id + '-title'}, title), ...children);
+    el('h2', {id: id + '-title'}, title), ...children.filter(child => child != null));
 }
 
 // The section of a view: what draws it, or why it is not there.

@@ -58,15 +58,15 @@ function listSection() {
   });
 }
 
-// Lines of the log that mean the same, newest first.
+// Events that mean the same, newest first.
 function groupedEvents(events) {
   const groups = new Map();
   for (const event of events) {
     const key = JSON.stringify([event.source, event.code, event.level, event.meaning || event.subject]);
-    const group = groups.get(key) ?? {...event, first: event.time, count: 0, subjects: new Set()};
+    const group = groups.get(key) ?? {...event, count: 0, subjects: new Set()};
     groups.delete(key);
     groups.set(key, group);
-    group.count += 1;
+    group.count += event.times;
     group.time = event.time;
     group.subjects.add(event.subject);
   }
@@ -89,9 +89,10 @@ function eventItem(group) {
 }
 
 function eventsSection() {
-  return viewSection('events', 'Recent events', view('events'), ({events}) => events.length === 0
+  return viewSection('events', 'Recent events', view('events'), ({events, more}) => events.length === 0
     ? [el('p', {}, 'The event log is empty.')]
-    : [el('ul', {class: 'findings'}, groupedEvents(events).map(eventItem))]);
+    : [el('ul', {class: 'findings'}, groupedEvents(events).map(eventItem)),
+      more > 0 ? el('p', {class: 'quiet'}, `${number(more)} other events before these.`) : null]);
 }
 
 function runsSection() {

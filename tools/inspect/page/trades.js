@@ -46,7 +46,7 @@ function notable(title, positions, say) {
 }
 
 function tradesSection() {
-  return viewSection('trades', 'Who sends and who is sent', view('trades'), ({last_run: last}) => {
+  return viewSection('trades', 'Who sends and who is sent', view('trades'), ({last_run: last, stale}) => {
     const place = el('div');
     const reserved = entries.filter(trade => trade.collects !== '');
     const real = entries.filter(trade => trade.collects === '');
@@ -57,6 +57,7 @@ function tradesSection() {
     const {worst_payers: payers, newcomers} = view('notable');
     return [
       el('p', {class: 'quiet'}, `${counted(real.length, 'trade')}, windows up to ${clean(last)}. A click on a name opens the trade.`),
+      stale ? el('p', {class: 'verdict warn'}, 'No run has stored anything for more than three minutes: these are old figures.') : null,
       el('div', {class: 'cards'},
         notable('Worst payers of the day', payers,
           trade => `got ${number(trade.out24)}, sent ${number(trade.in24)}`),
