@@ -118,7 +118,7 @@ def drawn(rows):
 
 
 def same_figures(site, what):
-    for command in (('list',), ('trades',), ('events', '1000'), ('runs',)):
+    for command in (('site',), ('list',), ('trades',), ('events', '1000'), ('runs',)):
         shown, wanted = js('report.view(arguments[0])', command[0]), view(site, *command)
         for figures in shown, wanted:
             figures.pop('age_seconds', None)

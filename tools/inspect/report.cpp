@@ -23,7 +23,7 @@ constexpr std::size_t kNamed = 8;
 constexpr std::size_t kDaysOfWeek = 7;
 constexpr double kFewestSent = 50;  // of fewer visitors a ratio says nothing
 
-std::string site_name() {
+std::string site_directory() {
   std::array<char, PATH_MAX> path{};
   return ::realpath(".", path.data()) != nullptr ? path.data() : ".";
 }
@@ -139,9 +139,10 @@ bool has_report() { return !kPageStart.empty(); }
 
 std::string report_data() {
   PackedObject data;
-  data.add("site", page_text(site_name()));
+  data.add("directory", page_text(site_directory()));
   data.add("made", page_text(time_text(wall_clock())));
   data.add_view("check", check_view);
+  data.add_view("site", site_view);
   data.add_view("list", list_view);
   data.add_view("trades", [] { return trades_view({}); });
   data.add_view("events", [] {

@@ -32,15 +32,16 @@ Json counters_json(const Sums& sums) {
 }
 
 Json percentage(std::int64_t part, std::int64_t whole) { return quotient(part, whole, 100); }
+Json average(std::int64_t points, std::int64_t count) { return quotient(points, count, 1); }
 
 Json traffic_json(const Sums& sums) {
   Json json = counters_json(sums);
   json["out_per_in"] = percentage(sums[slot::out], sums[slot::rin]);
   json["proxy_in_share"] = percentage(sums[slot::proxy_in], sums[slot::rin]);
   json["proxy_out_share"] = percentage(sums[slot::proxy_out], sums[slot::out]);
-  json["quality_in"] = quotient(sums[slot::rti], sums[slot::rin], 1);
-  json["quality_out"] = quotient(sums[slot::rto], sums[slot::out], 1);
-  json["quality_back"] = quotient(sums[slot::rtc], sums[slot::clk], 1);
+  json["quality_in"] = average(sums[slot::rti], sums[slot::rin]);
+  json["quality_out"] = average(sums[slot::rto], sums[slot::out]);
+  json["quality_back"] = average(sums[slot::rtc], sums[slot::clk]);
   return json;
 }
 

@@ -30,5 +30,7 @@ struct Sums {
 
 // part as per cent of whole with one decimal, null when whole is not positive.
 [[nodiscard]] Json percentage(std::int64_t part, std::int64_t whole);
+// Points of one of them, the same way.
+[[nodiscard]] Json average(std::int64_t points, std::int64_t count);
 
 }  // namespace vantrel::inspect

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cmath>
 #include <iostream>
 #include <vector>
 
@@ -9,6 +8,7 @@
 #include "data_time.h"
 #include "out/out_list.h"
 #include "site.h"
+#include "sums.h"
 #include "views.h"
 
 namespace vantrel::inspect {
@@ -28,12 +28,6 @@ bool is_number_column(const std::string& column) {
          std::end(kNumberColumns);
 }
 
-// Points an incoming hit of the day got from the traffic rules, on average; an ordinary hit has 10.
-Json quality_of(const TrafficCounters& day) {
-  if (day[slot::rin] == 0) return {};
-  return std::round(10.0 * day[slot::rti] / day[slot::rin]) / 10;
-}
-
 Json trade_row(const TradeWork& work, std::size_t position, int hour) {
   Json row = {
       {"id", work.id}, {"name", field_text(work.name)}, {"collects", collects(work, position)}};
@@ -44,8 +38,8 @@ Json trade_row(const TradeWork& work, std::size_t position, int hour) {
     }
   }
   row["ratio"] = percent_of(work.last24[slot::out], work.last24[slot::rin]);
-  row["quality"] = quality_of(work.last24);
-  row["proxy"] = percent_of(work.last24[slot::proxy_in], work.last24[slot::rin]);
+  row["quality"] = average(work.last24[slot::rti], work.last24[slot::rin]);
+  row["proxy"] = percentage(work.last24[slot::proxy_in], work.last24[slot::rin]);
   row["quota"] = active_quota(work, hour);
   row["left"] = work.hits_left;
   return row;

@@ -8,6 +8,9 @@ const traffic = [
   {key: 'clk', label: 'Clicks', help: 'clicks of visitors that came'},
 ];
 
+const trafficColumns = traffic.map(({key, label, help}) =>
+  ({title: label, help, kind: 'number', value: row => row[key]}));
+
 function colour(name) {
   return getComputedStyle(document.documentElement).getPropertyValue('--' + name).trim();
 }
@@ -56,7 +59,8 @@ function drawChart(canvas, rows, label) {
       interaction: {mode: 'index', intersect: false},
       scales: {x: {ticks: {maxRotation: 0}, grid: {display: false}},
         y: {beginAtZero: true, ticks: {precision: 0}, grid: {}}},
-      plugins: {legend: {position: 'bottom', labels: {boxWidth: 12, boxHeight: 12}}},
+      plugins: {legend: {position: 'bottom', labels: {boxWidth: 12, boxHeight: 12,
+        sort: (a, b) => a.datasetIndex - b.datasetIndex}}},
     },
   });
   charts.add(chart);
@@ -68,8 +72,7 @@ function figure(title, rows, key, label) {
   if (rows.length === 0) return el('p', {class: 'quiet'}, title + ': none.');
   const canvas = el('canvas', {role: 'img', 'aria-label': title + '; the table below has the figures'});
   const table = plainTable(title, [{title: key, value: row => row[key], head: true},
-    ...traffic.map(({key: counter, label: text, help}) =>
-      ({title: text, help, kind: 'number', value: row => row[counter]}))], rows);
+    ...trafficColumns], rows);
   // Chart.js measures the place it draws in, so the canvas has to stand in the page first.
   requestAnimationFrame(() => canvas.isConnected && drawChart(canvas, rows, label));
   return el('figure', {}, el('figcaption', {}, title), el('div', {class: 'chart'}, canvas),

@@ -5,10 +5,10 @@ const tradePlace = document.getElementById('trade');
 let leftAt = 0;
 
 function drawOverview() {
-  document.title = `Site report: ${clean(data.site)}`;
-  document.getElementById('site').append(foreign(data.site));
+  document.title = `Site report: ${clean(data.directory)}`;
+  document.getElementById('directory').append(foreign(data.directory));
   document.getElementById('made').append(`Page made ${clean(data.made)}, times are those of the site`);
-  const sections = {Check: checkSection(), List: listSection(), Trades: tradesSection(),
+  const sections = {Check: checkSection(), Site: siteSection(), List: listSection(), Trades: tradesSection(),
     Events: eventsSection(), Runs: runsSection()};
   document.getElementById('nav').append(...Object.entries(sections).map(([name, {id}]) =>
     el('a', {href: '#' + id}, name)));

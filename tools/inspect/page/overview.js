@@ -4,11 +4,6 @@ function badge(kind, text) {
   return el('span', {class: 'badge ' + kind}, text);
 }
 
-function tile(title, value, note) {
-  return el('div', {class: 'tile'}, el('div', {class: 'quiet'}, title), el('strong', {}, value),
-    note && el('div', {class: 'quiet'}, note));
-}
-
 const severities = {ok: 'good', warning: 'warn', fatal: 'bad'};
 
 function checkSection() {

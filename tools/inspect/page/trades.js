@@ -46,9 +46,8 @@ function notable(title, positions, say) {
 }
 
 function tradesSection() {
-  return viewSection('trades', 'Who sends and who is sent', view('trades'), ({last_run: last, stale}) => {
+  return viewSection('trades', 'Who sends and who is sent', view('trades'), ({last_run: last}) => {
     const place = el('div');
-    const reserved = entries.filter(trade => trade.collects !== '');
     const real = entries.filter(trade => trade.collects === '');
     const draw = (span, text) => place.replaceChildren(
       sortableTable(`Trades, ${text}`, tradeColumns(span), real,
@@ -57,7 +56,6 @@ function tradesSection() {
     const {worst_payers: payers, newcomers} = view('notable');
     return [
       el('p', {class: 'quiet'}, `${counted(real.length, 'trade')}, windows up to ${clean(last)}. A click on a name opens the trade.`),
-      stale ? el('p', {class: 'verdict warn'}, 'No run has stored anything for more than three minutes: these are old figures.') : null,
       el('div', {class: 'cards'},
         notable('Worst payers of the day', payers,
           trade => `got ${number(trade.out24)}, sent ${number(trade.in24)}`),
@@ -65,12 +63,6 @@ function tradesSection() {
           trade => `sent ${number(trade.in24)}, got ${number(trade.out24)}`)),
       spanSwitch(draw),
       place,
-      el('details', {}, el('summary', {}, 'Traffic of no trade'),
-        plainTable('Reserved entries, last 24 hours', [
-          {title: 'Entry', head: true, value: row => row.name, cell: row => linkTo(row.position, row.name)},
-          {title: 'Collects', value: row => row.collects},
-          ...tradeColumns('24').slice(1),
-        ], reserved)),
     ];
   });
 }
