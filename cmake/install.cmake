@@ -6,6 +6,7 @@ install(TARGETS vantrel-cron RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(FILES examples/crontab examples/logrotate
   "examples/vantrel-cron@.service" "examples/vantrel-cron@.timer"
   DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
+install(PROGRAMS examples/set-trade.py DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md")
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} OPTIONAL)
 

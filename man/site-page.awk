@@ -62,5 +62,7 @@ table { print ".TE"; table = 0 }
 { print roff($0); fresh = 0 }
 END {
   if (table) print ".TE"
-  print ".SH SEE ALSO\n.BR vantrel\\-cron (8),\n.BR vantrel\\-inspect (1)"
+  print ".SH SEE ALSO\n.BR vantrel\\-cron (8),\n.BR vantrel\\-inspect (1)\n.PP"
+  print "concepts.md and operating.md among the documents of the package: how a trade gets its"
+  print "visitors, and how to keep a site running."
 }

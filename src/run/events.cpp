@@ -99,12 +99,16 @@ const Event alerts_unavailable{
 const Event alerts_corrupt{"10", "alerts settings file is corrupt", "0",
                            "The alert settings do not have exactly 14 fields; no alert is sent.",
                            "Save the alert settings again in the administration."};
-const Event mail_not_started{"10", "unable to connect to sendmail", "0",
-                             "The mail program could not be started; the alert counts as sent.",
-                             "Check the path of the mail program in the alert settings."};
+const Event mail_not_started{
+    "10", "unable to connect to sendmail", "0",
+    "The system refused the process for the mail; the alert counts as sent.",
+    "Give the run's user more processes or memory; a wrong path of the mail "
+    "program is never reported."};
 const Event gap_found{
     "3", "", "0",
-    "The run history has a gap: one of the last 39 minutes has no run. A synchronisation follows.",
+    "The run history has a gap: one of the last 39 minutes has no run, or this one lasted into the "
+    "next "
+    "minute. A synchronisation follows.",
     "Nothing after a reboot; if it repeats, check the scheduler and the length of the runs."};
 const Event run_history_unwritable{"1", "l/sys/cron.run", "0",
                                    "The run history cannot be shortened.",
@@ -125,9 +129,9 @@ const Event* const kAll[] = {
     &event::disk_write_test,
     &event::disk_read_test,
     &event::disk_full,
-    &event::double_run,
     &event::index_unavailable,
     &event::index_too_small,
+    &event::double_run,
     &event::index_not_populated,
     &event::summary_unavailable,
     &event::marker_missing,

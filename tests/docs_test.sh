@@ -1,0 +1,34 @@
+#!/bin/bash
+# The commands in the documents, run as they stand there: what they print must be what the documents
+# say. Takes a C++ compiler and cram (the Debian package python3-cram).
+#
+#   tests/docs_test.sh BUILD_DIRECTORY
+set -eu
+build=$(realpath "$1")
+project=$(realpath "$(dirname "$0")/..")
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+c++ -O1 -shared -fPIC -o "$work/clock.so" "$project/bench/frozen_clock.cpp"
+
+# For the documents it is 13:07, and each run is a minute after the one before it. A site begins with
+# the moment in $BEGIN, if it is to begin at another.
+mkdir "$work/bin"
+cat >"$work/bin/vantrel-sample-site" <<END
+#!/bin/sh
+date -d "\${BEGIN:-2026-11-16 13:07:10}" +%s >$work/now
+exec $build/vantrel-sample-site "\$@" --ranges 1 --at \$(cat $work/now)
+END
+cat >"$work/bin/vantrel-cron" <<END
+#!/bin/sh
+now=\$(cat $work/now)
+echo \$((now + 60)) >$work/now
+FROZEN_CLOCK=\$now LD_PRELOAD=$work/clock.so exec $build/vantrel-cron
+END
+cat >"$work/bin/vantrel-inspect" <<END
+#!/bin/sh
+FROZEN_CLOCK=\$((\$(cat $work/now) - 40)) LD_PRELOAD=$work/clock.so exec $build/vantrel-inspect "\$@"
+END
+chmod 755 "$work"/bin/*
+cp "$project"/docs/{concepts,operating}.md "$work" # where they fail, cram writes beside them
+PATH=$work/bin:$project/examples:$PATH TZ=UTC \
+  cram3 --indent=4 --preserve-env --shell=/bin/bash "$work"/*.md
