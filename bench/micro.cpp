@@ -163,7 +163,8 @@ void score_all(benchmark::State& state, bool by_formula) {
   for (auto _ : state) {
     for (const TradeWork& work : data.store.works) {
       const ScoreArgs args{work.last60, work.last24, work.last07, 2, TradeCap{}, modifiers};
-      benchmark::DoNotOptimize(by_formula ? formula_score(args, evaluator) : builtin_score(args));
+      benchmark::DoNotOptimize(by_formula ? formula_score(args, evaluator).score
+                                          : builtin_score(args).score);
     }
   }
   state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(data.store.works.size()));

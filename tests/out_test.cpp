@@ -100,7 +100,7 @@ TEST(Scoring, BuiltIn) {
   const OutMod modifiers({"100", "100", "100", "1", "2", "1", "0", "", "0", ""});
   for (const Scored& c : cases) {
     const ScoreArgs args{c.last60, c.last24, none, c.mode, c.caps, modifiers};
-    EXPECT_DOUBLE_EQ(builtin_score(args), c.score) << &c - cases;
+    EXPECT_DOUBLE_EQ(builtin_score(args).score, c.score) << &c - cases;
   }
 }
 
@@ -126,7 +126,7 @@ TEST(Scoring, Formula) {
     const OutMod modifiers({"120", "120", "200", "1", "2", "1", "0", "", "10", c.text});
     const TrafficCounters week = counters({{rtc, 77}});
     const ScoreArgs args{hour, day, week, c.mode, c.caps, modifiers};
-    EXPECT_DOUBLE_EQ(formula_score(args, evaluator), c.score) << c.text;
+    EXPECT_DOUBLE_EQ(formula_score(args, evaluator).score, c.score) << c.text;
   }
 }
 

@@ -36,13 +36,20 @@ std::size_t number_length(std::string_view text) {
 
 }  // namespace
 
-double ExpressionEvaluator::evaluate_expression(std::string_view text) {
+double ExpressionEvaluator::evaluate_expression(std::string_view text, ExpressionErrors* errors) {
+  text_ = text;
   input_ = text;
+  errors_ = errors;
   depth_ = 0;
   return parse_sum(true);
 }
 
-double ExpressionEvaluator::error() {
+void ExpressionEvaluator::note(ExpressionError::Kind kind, std::size_t offset) {
+  if (errors_ != nullptr) errors_->push_back({kind, offset});
+}
+
+double ExpressionEvaluator::error(ExpressionError::Kind kind, std::size_t offset) {
+  note(kind, offset);
   error_count_ = wrap_add(error_count_, 1);
   return 1.0;
 }
@@ -51,6 +58,7 @@ void ExpressionEvaluator::next_token() {
   while (!input_.empty() && input_.front() != '\n' && is_space(input_.front())) {
     input_.remove_prefix(1);
   }
+  token_offset_ = text_.size() - input_.size();
   if (input_.empty()) {
     token_ = kEnd;
     return;
@@ -69,7 +77,9 @@ void ExpressionEvaluator::next_token() {
     constexpr std::string_view kOperators = "()*+-/=";
     const bool is_operator = kOperators.find(c) != std::string_view::npos;
     token_ = is_operator ? c : static_cast<char>(kStop);
-    if (!is_operator && c != '\n' && c != ';') error();
+    if (!is_operator && c != '\n' && c != ';') {
+      error(ExpressionError::bad_character, token_offset_);
+    }
   }
 }
 
@@ -83,6 +93,7 @@ void ExpressionEvaluator::read_number() {
   number_ = std::strtod(text.c_str(), &end);
   const bool broken_off = *end != '\0';
   if (!broken_off && !std::isinf(number_)) return;
+  note(ExpressionError::broken_number, token_offset_);
   number_ = broken_off ? 0.0 : std::numeric_limits<double>::max();
   input_ = {};
 }
@@ -106,8 +117,10 @@ double ExpressionEvaluator::parse_term(bool read_first) {
     if (token_ == '*') {
       left *= parse_primary(true);
     } else if (token_ == '/') {
+      const std::size_t place = token_offset_;
       const double divisor = parse_primary(true);
-      if (divisor == 0.0) return error();  // the tokens behind it are the enclosing sum's
+      // The tokens behind it are the enclosing sum's.
+      if (divisor == 0.0) return error(ExpressionError::division_by_zero, place);
       left /= divisor;
     } else {
       return left;
@@ -117,7 +130,9 @@ double ExpressionEvaluator::parse_term(bool read_first) {
 
 double ExpressionEvaluator::parse_primary(bool read_first) {
   if (read_first) next_token();
-  if (depth_ >= kDeepestNesting) return error();
+  if (depth_ >= kDeepestNesting) {
+    return error(ExpressionError::nested_too_deep, token_offset_);
+  }
   ++depth_;
   double value = 1.0;
   if (token_ == kNumber) {
@@ -126,9 +141,15 @@ double ExpressionEvaluator::parse_primary(bool read_first) {
   } else if (token_ == kName) {
     // Entries of a map stay where they are while others are added.
     auto entry = variables_.find(name_);
-    if (entry == variables_.end()) entry = variables_.emplace(name_, 0.0).first;
+    const bool is_new = entry == variables_.end();
+    const std::size_t place = token_offset_;
+    if (is_new) entry = variables_.emplace(name_, 0.0).first;
     next_token();
-    if (token_ == '=') entry->second = parse_sum(true);
+    if (token_ == '=') {
+      entry->second = parse_sum(true);
+    } else if (is_new) {
+      note(ExpressionError::unknown_name, place);
+    }
     value = entry->second;
   } else if (token_ == '-') {
     value = -parse_primary(true);
@@ -137,10 +158,10 @@ double ExpressionEvaluator::parse_primary(bool read_first) {
     if (token_ == ')') {
       next_token();
     } else {
-      value = error();
+      value = error(ExpressionError::parenthesis_expected, token_offset_);
     }
   } else {
-    value = error();
+    value = error(ExpressionError::value_expected, token_offset_);
   }
   --depth_;
   return value;

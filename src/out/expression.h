@@ -14,8 +14,27 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace vantrel {
+
+// A place where a formula was not what it should be. The first ones are errors, which take the
+// value 1.0 and are counted; the last two are accepted without a word.
+struct ExpressionError {
+  enum Kind {
+    bad_character,   // nothing a formula is made of: the text ends there
+    value_expected,  // something else stands where a number, a name or "(" should
+    parenthesis_expected,
+    division_by_zero,
+    nested_too_deep,
+    broken_number,  // "1e", ".", or too large: the text ends there
+    unknown_name,   // read before it was ever set: 0
+  };
+  Kind kind = value_expected;
+  std::size_t offset = 0;  // into the text
+  [[nodiscard]] bool counted() const { return kind < broken_number; }
+};
+using ExpressionErrors = std::vector<ExpressionError>;
 
 class ExpressionEvaluator {
  public:
@@ -23,7 +42,9 @@ class ExpressionEvaluator {
   // error like any other, so that a formula cannot overflow the stack.
   static constexpr int kDeepestNesting = 2000;
 
-  [[nodiscard]] double evaluate_expression(std::string_view text);
+  // errors: gets the places of errors appended, for whoever wants to see them.
+  [[nodiscard]] double evaluate_expression(std::string_view text,
+                                           ExpressionErrors* errors = nullptr);
 
   // Errors of all evaluations so far.
   [[nodiscard]] std::int32_t error_count() const { return error_count_; }
@@ -37,9 +58,13 @@ class ExpressionEvaluator {
   double parse_sum(bool read_first);
   double parse_term(bool read_first);
   double parse_primary(bool read_first);
-  double error();
+  double error(ExpressionError::Kind kind, std::size_t offset);
+  void note(ExpressionError::Kind kind, std::size_t offset);
 
-  std::string_view input_;  // what is left to read
+  std::string_view text_;
+  std::string_view input_;        // what is left of it to read
+  std::size_t token_offset_ = 0;  // where the token began
+  ExpressionErrors* errors_ = nullptr;
   char token_ = kEnd;
   double number_ = 0.0;
   std::string_view name_;

@@ -10,14 +10,6 @@ namespace {
 
 constexpr std::int32_t kLastUnlistedId = 9;
 
-bool is_listed(const TradeWork& trade, int hour) {
-  if (trade.id <= kLastUnlistedId) return false;
-  const bool without_skim = trade.param_844 == -1;
-  if (trade.flag_880 == 0 && without_skim) return false;
-  if (trade.score == 0.0 && trade.plan_value == 0.0 && without_skim) return false;
-  return trade.last24[slot::rin] > 0 || active_quota(trade, hour) > 0 || trade.hits_left > 0;
-}
-
 OutListEntry make_entry(const TradeWork& trade, int hour) {
   OutListEntry entry;
   entry.id = trade.id;
@@ -62,6 +54,21 @@ ListState list_state(const TradeWork& trade, int hour) {
   }
 }
 
+Listing listing_of(const TradeWork& trade, int hour) {
+  Listing listing;
+  listing.is_trade = trade.id > kLastUnlistedId;
+  listing.has_skim = trade.param_844 != -1;
+  listing.scores = trade.flag_880 != 0;
+  listing.has_weight = trade.score != 0.0 || trade.plan_value != 0.0;
+  listing.sends = trade.last24[slot::rin] > 0;
+  listing.has_quota = active_quota(trade, hour) > 0;
+  listing.has_guarantee = trade.hits_left > 0;
+  listing.listed = listing.is_trade &&
+                   (listing.has_skim || (listing.scores && listing.has_weight)) &&
+                   (listing.sends || listing.has_quota || listing.has_guarantee);
+  return listing;
+}
+
 OutListHeader out_list_header(const std::vector<TradeWork>& unranked,
                               const MainSettings& settings) {
   OutListHeader header;
@@ -80,7 +87,7 @@ std::string encode_out_list(const OutListHeader& header, const std::vector<Trade
   bytes.reserve(sizeof header + ranked.size() * sizeof(OutListEntry));
   append_block(bytes, header);
   for (const TradeWork& trade : ranked) {
-    if (is_listed(trade, hour)) append_block(bytes, make_entry(trade, hour));
+    if (listing_of(trade, hour).listed) append_block(bytes, make_entry(trade, hour));
   }
   return bytes;
 }

@@ -59,6 +59,20 @@ static_assert(offsetof(OutListEntry, weight) == 160 && offsetof(OutListEntry, te
 
 [[nodiscard]] ListState list_state(const TradeWork& trade, int hour);
 
+// Whether an entry with its final weights stands in the list: it must be a trade that plays a part
+// in one way or another, and have traffic or be owed some.
+struct Listing {
+  bool is_trade = false;       // id above 9
+  bool has_skim = false;       // lists it without a weight, even in mode 0
+  bool scores = false;         // mode other than 0
+  bool has_weight = false;     // of the first or the second kind
+  bool sends = false;          // rin in 24 hours
+  bool has_quota = false;      // in force for this hour
+  bool has_guarantee = false;  // clicks left
+  bool listed = false;
+};
+[[nodiscard]] Listing listing_of(const TradeWork& trade, int hour);
+
 // The parts of the header that must be taken before the work array is ranked.
 [[nodiscard]] OutListHeader out_list_header(const std::vector<TradeWork>& unranked,
                                             const MainSettings& settings);

@@ -9,38 +9,19 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "out/out_list.h"
-#include "out/scoring.h"
 #include "run/error_page.h"
 #include "run/event_log.h"
 
 namespace vantrel {
 namespace {
 
-double boosted(const TradeWork& trade, double score) {
-  const bool active =
-      score > 0 && trade.param_832 > 0 && trade.param_836 > 0 && trade.param_840 > 0;
-  if (!active) return score;
-  const bool low = boost_metric(trade) < trade.param_832;
-  return score * ((low ? trade.param_836 : trade.param_840) / 100.0);
-}
-
-// The conditions under which a trade may receive traffic although it sends too little.
-bool has_claim(const TradeWork& trade, int hour) {
-  const bool in_force = quota_in_force(trade);
-  return (in_force && quota_of(trade, hour) > trade.last60[slot::out]) ||
-         trade.last60[slot::out] < trade.hits_left || (in_force && trade.param_892 > 0);
-}
-
-// Decides whether the trade gets a weight, and cancels boosts that no longer count.
-bool admit(TradeWork& trade, std::int32_t uin24_limit, int hour) {
-  const bool sends_enough = trade.last24[slot::uin] >= uin24_limit;
-  const bool may_claim = sends_enough || trade.param_888 == 1;
-  if (!may_claim || !has_claim(trade, hour)) {
-    trade.hours_left = 0;
-    trade.param_892 = 0;
-    if (!sends_enough) return false;
-  }
-  return trade.flag_880 != 0;
+Boost boost_of(const TradeWork& trade, double score) {
+  Boost boost;
+  boost.active = score > 0 && trade.param_832 > 0 && trade.param_836 > 0 && trade.param_840 > 0;
+  if (!boost.active) return boost;
+  boost.metric = boost_metric(trade);
+  boost.percentage = boost.metric < trade.param_832 ? trade.param_836 : trade.param_840;
+  return boost;
 }
 
 // The second piece of d/nm/track, 1 without one; nothing when the file cannot be read.
@@ -75,15 +56,47 @@ std::int32_t boost_metric(const TradeWork& trade) {
 
 std::int32_t quota_of(const TradeWork& trade, int hour) { return trade.hourly[hour]; }
 
+ScoreArgs TradeScorer::args_of(const TradeWork& trade) const {
+  return {trade.last60,
+          trade.last24,
+          trade.last07,
+          trade.flag_880,
+          caps_of(settings_.caps, trade.id),
+          settings_.modifiers};
+}
+
+TradeScore TradeScorer::score(const TradeWork& trade, ExpressionErrors* errors) {
+  TradeScore steps;
+  steps.by_formula = settings_.modifiers.uses_formula();
+  if (steps.by_formula) {
+    steps.formula = formula_score(args_of(trade), evaluator_, errors);
+  } else {
+    steps.builtin = builtin_score(args_of(trade));
+  }
+  steps.score = steps.before_boost();
+  steps.boost = boost_of(trade, steps.score);
+  if (steps.boost.active) steps.score *= steps.boost.percentage / 100.0;
+  return steps;
+}
+
+Admission admission_of(const TradeWork& trade, std::int32_t uin24_limit, int hour) {
+  const bool in_force = quota_in_force(trade);
+  Admission admission;
+  admission.sends_enough = trade.last24[slot::uin] >= uin24_limit;
+  admission.may_claim = admission.sends_enough || trade.param_888 == 1;
+  admission.quota_open = in_force && quota_of(trade, hour) > trade.last60[slot::out];
+  admission.guarantee_open = trade.last60[slot::out] < trade.hits_left;
+  admission.forced = in_force && trade.param_892 > 0;
+  admission.claims =
+      admission.may_claim && (admission.quota_open || admission.guarantee_open || admission.forced);
+  admission.admitted = (admission.sends_enough || admission.claims) && trade.flag_880 != 0;
+  return admission;
+}
+
 void score_trades(std::vector<TradeWork>& works, const OutSettings& settings) {
-  ExpressionEvaluator evaluator;
-  const bool by_formula = settings.modifiers.uses_formula();
+  TradeScorer scorer(settings);
   for (TradeWork& work : works) {
-    const ScoreArgs args{
-        work.last60,       work.last24, work.last07, work.flag_880, caps_of(settings.caps, work.id),
-        settings.modifiers};
-    const double score = by_formula ? formula_score(args, evaluator) : builtin_score(args);
-    work.score = boosted(work, score);
+    work.score = scorer.score(work).score;
     work.plan_value = 0.0;
     work.plan_flag = 1;
   }
@@ -110,7 +123,12 @@ void hand_out_weights(std::vector<TradeWork>& ranked, const OutSet& weights,
     TradeWork& trade = ranked[p];
     trade.score = 0.0;
     trade.plan_value = 0.0;
-    if (!admit(trade, uin24_limit, hour)) continue;
+    const Admission admission = admission_of(trade, uin24_limit, hour);
+    if (!admission.claims) {
+      trade.hours_left = 0;
+      trade.param_892 = 0;
+    }
+    if (!admission.admitted) continue;
     if (handed_out < weights.size()) {
       trade.score = weights[handed_out++];
     } else {

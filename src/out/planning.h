@@ -2,10 +2,13 @@
 // weights, and the outgoing list is written.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
+#include "out/expression.h"
 #include "out/out_settings.h"
+#include "out/scoring.h"
 #include "settings/main_settings.h"
 #include "store/trade_record.h"
 
@@ -17,14 +20,61 @@ namespace vantrel {
 // The trade's quota of clicks for a local hour (0-23), whether its hours have run out or not.
 [[nodiscard]] std::int32_t quota_of(const TradeWork& trade, int hour);
 
-// Scores (with boost) of all trades, in the order of the work array.
+// What a trade's own settings make of its score, if it is above 0.
+struct Boost {
+  bool active = false;
+  std::int32_t metric = 0;      // the measure, where it counts
+  std::int32_t percentage = 0;  // of the score, by whether the measure reaches the threshold
+};
+
+// How a trade came to its score. One of the two scorers was at work.
+struct TradeScore {
+  bool by_formula = false;
+  BuiltinSteps builtin;
+  FormulaSteps formula;
+  Boost boost;
+  double score = 0.0;
+
+  [[nodiscard]] double before_boost() const { return by_formula ? formula.score : builtin.score; }
+};
+
+// Scores trades in the order of the work array: a formula's variables pass from one to the next.
+class TradeScorer {
+ public:
+  // The settings must outlive it.
+  explicit TradeScorer(const OutSettings& settings) : settings_(settings) {}
+
+  [[nodiscard]] ScoreArgs args_of(const TradeWork& trade) const;
+  // errors: gets those of the formula, for whoever wants to see them.
+  [[nodiscard]] TradeScore score(const TradeWork& trade, ExpressionErrors* errors = nullptr);
+
+ private:
+  const OutSettings& settings_;
+  ExpressionEvaluator evaluator_;
+};
+
+// Whether a trade gets a weight, and why. A claim lets a trade in that sends too little.
+struct Admission {
+  bool sends_enough = false;    // uin of 24 hours against the minimum
+  bool may_claim = false;       // that, or its param_888
+  bool quota_open = false;      // quota of the hour, in force, above out of 60 minutes
+  bool guarantee_open = false;  // hits_left above out of 60 minutes
+  bool forced = false;          // forced listing while its hours last
+  bool claims = false;          // may claim, and has one of the three
+  bool admitted = false;
+};
+
+// uin24_limit: unique hits a day a trade needs.
+[[nodiscard]] Admission admission_of(const TradeWork& trade, std::int32_t uin24_limit, int hour);
+
+// Sets the scores of all trades.
 void score_trades(std::vector<TradeWork>& works, const OutSettings& settings);
 
 // By score, highest first, equal ones in their order; scores that are no number last.
 void rank_trades(std::vector<TradeWork>& works);
 
-// Replaces the scores of the ranked trades by weights. uin24_limit: unique hits a day a trade
-// needs.
+// Replaces the scores of the ranked trades by weights, and cancels the boosts of those that have no
+// claim.
 void hand_out_weights(std::vector<TradeWork>& ranked, const OutSet& weights,
                       std::int32_t uin24_limit, int hour);
 

@@ -51,7 +51,7 @@ bool load_store(Run& run) {
 
 bool account_traffic(Run& run) {
   TrafficTables tables;
-  apply_dynamic_skim(run.store.works);
+  run.skim_change = apply_dynamic_skim(run.store.works);
   if (!load_traffic_settings(tables.traffic) || !load_rating_tables(tables.ratings) ||
       !load_main_settings(run.settings)) {
     return false;

@@ -2,9 +2,12 @@
 // gets.
 #pragma once
 
+#include <optional>
+
 #include "out/out_settings.h"
 #include "run/run_guard.h"
 #include "run/start_clock.h"
+#include "settings/dynamic_skim.h"
 #include "settings/main_settings.h"
 #include "store/trade_index.h"
 #include "traffic/hit_logs.h"
@@ -16,6 +19,7 @@ struct Run {
   StartClock clock;
   RunHistory history;
   TradeStore store;
+  std::optional<SkimChange> skim_change;
   MainSettings settings;
   OutSettings out;
   MinuteWalk walk;

@@ -56,8 +56,7 @@ std::int32_t metric_of(const SiteTotals& totals, std::string_view metric) {
   return 0;
 }
 
-bool matches(const SkimCondition& condition, const SiteTotals& totals) {
-  const std::int32_t value = metric_of(totals, condition.metric);
+bool matches(const SkimCondition& condition, std::int32_t value) {
   if (condition.op == "1") return value > condition.threshold;
   return condition.op == "2" && value < condition.threshold;
 }
@@ -69,37 +68,44 @@ bool applies_to(const SkimSwitches& switches, const TradeWork& work) {
 
 }  // namespace
 
-void apply_dynamic_skim(std::vector<TradeWork>& works) {
+std::optional<SkimChange> apply_dynamic_skim(std::vector<TradeWork>& works) {
   FileBuffer file;
   if (!file.read("d/ds")) {
     report(event::skim_missing);
     report(event::skim_consequence);
-    return;
+    return std::nullopt;
   }
   Pieces fields(file.text());
   std::string_view field;
   std::string_view switch_texts[4];
   static_cast<void>(fields.next(field));  // what stands before the first bar
   for (std::string_view& text : switch_texts) {
-    if (!fields.next(text)) return;
+    if (!fields.next(text)) return std::nullopt;
   }
   const SkimSwitches switches{switch_texts[0] == "1", switch_texts[1] == "1",
                               switch_texts[2] == "1", switch_texts[3] == "1"};
-  if (!switches.enabled || !(switches.trades || switches.entry6 || switches.entry3)) return;
+  if (!switches.enabled || !(switches.trades || switches.entry6 || switches.entry3)) {
+    return std::nullopt;
+  }
 
   const SiteTotals totals = site_totals(works);
   // Every matching block would set the same entries anew, so only the last one counts.
-  std::optional<std::int32_t> skim;
-  for (std::string_view value, threshold; fields.next(value);) {
+  std::optional<SkimChange> change;
+  std::size_t number = 0;
+  for (std::string_view skim, threshold; fields.next(skim); ++number) {
     SkimCondition block;
     if (!fields.next(block.metric) || !fields.next(block.op) || !fields.next(threshold)) break;
     block.threshold = to_int(threshold);
-    if (matches(block, totals)) skim = to_int(value);
+    const std::int32_t value = metric_of(totals, block.metric);
+    if (!matches(block, value)) continue;
+    change = SkimChange{number, to_int(skim),    std::string(block.metric),
+                        value,  block.threshold, block.op == "1"};
   }
-  if (!skim) return;
+  if (!change) return std::nullopt;
   for (TradeWork& work : works) {
-    if (applies_to(switches, work)) work.param_844 = *skim;
+    if (applies_to(switches, work)) work.param_844 = change->skim;
   }
+  return change;
 }
 
 }  // namespace vantrel

@@ -6,14 +6,28 @@
 // of four: skim value, metric "1" to "10", operator "1" greater or "2" less, threshold.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
 #include <vector>
 
 #include "store/trade_record.h"
 
 namespace vantrel {
 
+// What dynamic skim did: the block that had the last word, and what it found.
+struct SkimChange {
+  std::size_t block = 0;  // from 0
+  std::int32_t skim = 0;
+  std::string metric;          // its code, "1" to "10"
+  std::int32_t value = 0;      // of the metric
+  std::int32_t threshold = 0;  // that the value is above, or below
+  bool above = false;
+};
+
 // Judges the windows as the previous run left them and writes param_844 of the work entries, never
-// of the trade records. Two events when the file cannot be read.
-void apply_dynamic_skim(std::vector<TradeWork>& works);
+// of the trade records. Nothing when no block matched. Two events when the file cannot be read.
+std::optional<SkimChange> apply_dynamic_skim(std::vector<TradeWork>& works);
 
 }  // namespace vantrel
