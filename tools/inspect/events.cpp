@@ -1,5 +1,3 @@
-#include "run/events.h"
-
 #include <algorithm>
 #include <iostream>
 #include <iterator>
@@ -11,6 +9,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "history/history_file.h"
+#include "log_lines.h"
 #include "site.h"
 #include "traffic/windows.h"
 #include "views.h"
@@ -18,62 +17,12 @@
 namespace vantrel::inspect {
 namespace {
 
-constexpr const char* kLog = "l/sys/sys.log";
 // A site that reports something every minute writes some ten megabytes a year.
 constexpr std::size_t kMostRead = std::size_t{64} << 20;
 
-// What the log's writer escaped as "&#47;" and the like.
-std::string unescaped(std::string_view text) {
-  std::string out;
-  while (!text.empty()) {
-    const std::size_t end = text.starts_with("&#") ? text.substr(0, 6).find(';') : text.npos;
-    const std::int32_t code = end == text.npos ? 0 : to_int(text.substr(2, end - 2));
-    const bool known = code > 0x20 && code < 0x7F;
-    out += known ? static_cast<char>(code) : text.front();
-    text.remove_prefix(known ? end + 1 : 1);
-  }
-  return out;
-}
-
-// "<...>" in the subject of the table stands for any text.
-bool fits(std::string_view pattern, std::string_view subject) {
-  const std::size_t open = pattern.find('<');
-  if (open == pattern.npos) return pattern == subject;
-  const std::string_view before = pattern.substr(0, open);
-  const std::string_view after = pattern.substr(pattern.find('>') + 1);
-  return subject.size() >= before.size() + after.size() && subject.starts_with(before) &&
-         subject.ends_with(after);
-}
-
-// A subject of its own goes before one that stands for many.
-const Event* find_event(std::string_view code, std::string_view subject, std::string_view level) {
-  for (const bool literal : {true, false}) {
-    for (const Event* event : all_events()) {
-      const bool one_of_many = event->subject.find('<') != event->subject.npos;
-      if (literal != one_of_many && event->code == code && event->level == level &&
-          fits(event->subject, subject)) {
-        return event;
-      }
-    }
-  }
-  return nullptr;
-}
-
-// A line of the log; the views point into it.
-struct Line {
-  std::string_view time, source, code, subject, level;
-};
-
-Line line_of(std::string_view text) {
-  Pieces pieces(text);
-  static_cast<void>(pieces.next_or_empty());
-  return {pieces.next_or_empty(), pieces.next_or_empty(), pieces.next_or_empty(),
-          pieces.next_or_empty(), pieces.next_or_empty()};
-}
-
 // Lines that say the same.
 struct Group {
-  Line last;
+  LogLine last;
   std::string_view first_time;
   std::size_t times = 0;
   std::size_t last_line = 0;
@@ -144,7 +93,7 @@ std::vector<Group> groups_of(std::string_view log, const EventsQuery& query) {
   std::size_t number = 0;
   Pieces lines = lines_of(log);
   for (std::string_view text; lines.next(text);) {
-    const Line line = line_of(text);
+    const LogLine line = line_of(text);
     // A damaged line is of the time of the one before it.
     if (is_stamp(line.time)) time = line.time;
     if (time < since || (!query.level.empty() && line.level != query.level)) continue;
@@ -166,9 +115,9 @@ std::vector<Group> groups_of(std::string_view log, const EventsQuery& query) {
 }
 
 Json event_json(const Group& group) {
-  const Line& line = group.last;
+  const LogLine& line = group.last;
   const std::string subject = unescaped(line.subject);
-  const Event* event = line.source == "cron" ? find_event(line.code, subject, line.level) : nullptr;
+  const Event* event = event_of(line);
   return {{"time", stamp_text(line.time)},
           {"times", group.times},
           {"first", stamp_text(group.first_time)},
@@ -205,8 +154,8 @@ void print_event(const Json& event) {
 }  // namespace
 
 Json events_view(const EventsQuery& query) {
-  const auto log = read_tail(kLog, kMostRead);
-  if (!log && exists(kLog)) throw Unavailable{std::string(kLog) + " cannot be opened"};
+  const auto log = read_tail(kEventLog, kMostRead);
+  if (!log && exists(kEventLog)) throw Unavailable{std::string(kEventLog) + " cannot be opened"};
   std::vector<Group> groups = groups_of(log ? *log : std::string_view(), query);
   Json view;
   view["more"] = groups.size() > query.count ? groups.size() - query.count : 0;
