@@ -66,15 +66,13 @@ File Rehearsal::open(const char* path, bool to_update) const {
 }
 
 bool Rehearsal::write(const char* path, std::string_view text) {
-  if (!may_be_written(path)) return false;
   written_.insert_or_assign(path, std::string(text));
-  return true;
+  return may_be_written(path);
 }
 
 bool Rehearsal::append(const char* path, std::string_view text) {
-  if (!may_be_written(path)) return false;
   written_[path] += text;
-  return true;
+  return may_be_written(path);
 }
 
 }  // namespace vantrel

@@ -29,7 +29,8 @@ class Rehearsal {
   // From now on reads of path deliver the file at other.
   void put_in_place(const std::string& path, const std::string& other);
 
-  // What was written to a file: its new contents, or what was appended to it; nullptr for nothing.
+  // What was written to a file, even if it must not be: its new contents, or what was appended to
+  // it; nullptr for nothing.
   [[nodiscard]] const std::string* written(std::string_view path) const;
   // What would stand on the standard output.
   [[nodiscard]] const std::string& printed() const { return printed_; }

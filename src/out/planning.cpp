@@ -102,18 +102,37 @@ void score_trades(std::vector<TradeWork>& works, const OutSettings& settings) {
   }
 }
 
-void rank_trades(std::vector<TradeWork>& works) {
-  std::vector<std::size_t> order(works.size());
+std::vector<std::size_t> ranking(const std::vector<double>& scores) {
+  std::vector<std::size_t> order(scores.size());
   std::iota(order.begin(), order.end(), std::size_t{0});
-  const auto score = [&works](std::size_t i) { return works[i].score; };
   const auto numbers_end = std::stable_partition(
-      order.begin(), order.end(), [&](std::size_t i) { return !std::isnan(score(i)); });
+      order.begin(), order.end(), [&](std::size_t i) { return !std::isnan(scores[i]); });
   std::stable_sort(order.begin(), numbers_end,
-                   [&](std::size_t a, std::size_t b) { return score(a) > score(b); });
-  std::vector<TradeWork> ranked;
-  ranked.reserve(works.size());
-  for (const std::size_t i : order) ranked.push_back(works[i]);
-  works = std::move(ranked);
+                   [&](std::size_t a, std::size_t b) { return scores[a] > scores[b]; });
+  return order;
+}
+
+// In place, round by round: the entry at the start of a round makes room, each place takes the
+// entry that belongs there, the last one takes the first. An entry has a kilobyte, a second array
+// would be the largest of the run.
+void rank_trades(std::vector<TradeWork>& works) {
+  std::vector<double> scores;
+  scores.reserve(works.size());
+  for (const TradeWork& work : works) scores.push_back(work.score);
+  std::vector<std::size_t> order = ranking(scores);
+  for (std::size_t start = 0; start < order.size(); ++start) {
+    if (order[start] == start) continue;
+    const TradeWork first = works[start];
+    std::size_t place = start;
+    while (order[place] != start) {
+      const std::size_t from = order[place];
+      works[place] = works[from];
+      order[place] = place;
+      place = from;
+    }
+    works[place] = first;
+    order[place] = place;
+  }
 }
 
 void hand_out_weights(std::vector<TradeWork>& ranked, const OutSet& weights,

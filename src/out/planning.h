@@ -70,7 +70,11 @@ struct Admission {
 // Sets the scores of all trades.
 void score_trades(std::vector<TradeWork>& works, const OutSettings& settings);
 
-// By score, highest first, equal ones in their order; scores that are no number last.
+// The positions of scores, best first: by score, equal ones in their order, those that are no
+// number last.
+[[nodiscard]] std::vector<std::size_t> ranking(const std::vector<double>& scores);
+
+// Brings the work array into this order.
 void rank_trades(std::vector<TradeWork>& works);
 
 // Replaces the scores of the ranked trades by weights, and cancels the boosts of those that have no

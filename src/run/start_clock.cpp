@@ -8,12 +8,13 @@
 
 namespace vantrel {
 
-StartClock take_start_clock() {
-  const std::time_t now = wall_clock();
+StartClock take_start_clock() { return start_clock_of(wall_clock()); }
+
+StartClock start_clock_of(std::time_t start) {
   StartClock clock;
-  clock.local = local_time(now);
+  clock.local = local_time(start);
   const int second = clock.local.tm_sec;
-  if (second >= 53 && second <= 59) clock.local = local_time(now + (61 - second));
+  if (second >= 53 && second <= 59) clock.local = local_time(start + (61 - second));
   clock.run_minute = clock.local.tm_min;
   clock.run_hour = clock.local.tm_hour;
   return clock;

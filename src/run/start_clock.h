@@ -18,6 +18,8 @@ struct StartClock {
 
 // A start in the seconds 53 to 59 counts as second 1 of the next minute: schedulers start early.
 [[nodiscard]] StartClock take_start_clock();
+// The same for a start at another moment.
+[[nodiscard]] StartClock start_clock_of(std::time_t start);
 
 // True when d/sleep holds a number from 1 to 49 that the second of the start has not reached: the
 // site shares its machine and wants its runs late in the minute.

@@ -27,6 +27,7 @@ struct Options {
   EventsQuery events;
   std::string csv;
   std::string page_file;
+  std::optional<int> hour;
 };
 
 void add_commands(CLI::App& app, Options& options) {
@@ -43,6 +44,11 @@ void add_commands(CLI::App& app, Options& options) {
       ->type_name("days|hours")
       ->check(CLI::IsMember({"days", "hours"}).description(""));
   app.add_subcommand("list", "The outgoing list as visitors will see it");
+  CLI::App* why = app.add_subcommand("why", "Why a trade stands where it does, step by step");
+  why->add_option("trade", options.trade, "Its name or id")->required()->type_name("NAME|ID");
+  why->add_option("--hour", options.hour, "Quotas of this hour instead of the present one")
+      ->check(CLI::Range(0, 23))
+      ->type_name("H");
   CLI::App* trades = app.add_subcommand("trades", "All trades and their traffic");
   trades->add_option("--sort", options.trades.sort, "Sort by a column, by its title")
       ->type_name("COLUMN");
@@ -82,6 +88,9 @@ struct View {
 
 View view_of(const std::string& command) {
   if (command == "list") return {[](const Options&) { return list_view(); }, print_list};
+  if (command == "why") {
+    return {[](const Options& o) { return why_view(o.trade, o.hour); }, print_why};
+  }
   if (command == "trades") {
     return {[](const Options& o) { return trades_view(o.trades); }, print_trades};
   }

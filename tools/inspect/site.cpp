@@ -110,10 +110,10 @@ TradeStore load_store() {
 }
 
 std::size_t find_trade(const TradeStore& store, const std::string& name_or_id) {
-  const auto named = std::find_if(store.works.begin(), store.works.end(), [&](const auto& work) {
+  const auto named = std::find_if(store.trades.begin(), store.trades.end(), [&](const auto& work) {
     return field_text(work.name) == name_or_id;
   });
-  if (named != store.works.end()) return static_cast<std::size_t>(named - store.works.begin());
+  if (named != store.trades.end()) return static_cast<std::size_t>(named - store.trades.begin());
   const std::int32_t id = to_int(name_or_id);
   const std::int32_t position =
       name_or_id == std::to_string(id) ? store.ids.find(id) : IdIndex::kNone;
