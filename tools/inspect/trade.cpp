@@ -3,11 +3,13 @@
 
 #include "base/clock.h"
 #include "base/numbers.h"
+#include "base/rehearsal.h"
 #include "base/text.h"
 #include "counters.h"
 #include "data_time.h"
 #include "history/history_file.h"
 #include "out/out_list.h"
+#include "out/out_settings.h"
 #include "out/planning.h"
 #include "site.h"
 #include "slots.h"
@@ -39,20 +41,12 @@ std::string mode_text(std::int32_t mode) {
   }
 }
 
-// Lines of d/caps are groups of four pieces: ignored, id, kind, value; later ones override.
+// As the run loads them, whether the two files it loads before them are there or not.
 TradeCaps read_caps() {
-  TradeCaps caps;
-  const std::string text = read_file("d/caps").value_or("");
-  Pieces pieces(text);
-  for (std::string_view piece, owner, kind, value;
-       pieces.next(piece) && pieces.next(owner) && pieces.next(kind) && pieces.next(value);) {
-    if (value == "-1") continue;
-    TradeCap& cap = caps[to_int(owner)];
-    if (kind == "1") cap.cap_cef = to_int(value);
-    if (kind == "2") cap.cap_ctt = to_int(value);
-    if (kind == "3") cap.cap_out = to_int(value);
-  }
-  return caps;
+  Rehearsal rehearsal;
+  for (const char* other : {"d/out.set", "d/out.mod"}) rehearsal.put_in_place(other, "/dev/null");
+  OutSettings settings;
+  return load_out_settings(settings, 0) ? settings.caps : TradeCaps();
 }
 
 Json caps_json(const TradeCap& cap) {
