@@ -9,6 +9,7 @@
 
 #include "base/clock.h"
 #include "base/files.h"
+#include "base/flush.h"
 #include "base/numbers.h"
 #include "base/text.h"
 #include "history/history_file.h"
@@ -136,6 +137,8 @@ void write_history(const std::vector<TradeWork>& ranked, const StartClock& clock
                       Torn::cut)) {
     report(event::trades_history_unwritable);
   }
+  // Written once a day, a record that a power cut takes is lost for good. One call for all of them.
+  flush_file_system(kTotalsFile);
 }
 
 }  // namespace vantrel

@@ -32,7 +32,7 @@ void load_history(std::vector<TradeWork>& works);
 [[nodiscard]] bool history_due(const StartClock& clock);
 
 // Appends a record dated with the run's day to every history file, trades in their ranked order.
-// An event for each file that cannot be written.
+// An event for each file that cannot be written. All are on disk when it returns.
 void write_history(const std::vector<TradeWork>& ranked, const StartClock& clock);
 
 }  // namespace vantrel

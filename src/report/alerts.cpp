@@ -100,13 +100,15 @@ std::string encode_alerts(const AlertFields& fields) {
   return text;
 }
 
-// In place, because the administration side keeps the file open by name. The new text can only be
-// shorter than the old when something stood before the first bar; then neither writing first nor
-// cutting first leaves the old or the new file to a run killed in between, and a rename does.
+// In place, because the administration side keeps the file open by name, when only flags change:
+// whatever a kill or a power cut leaves of the two texts is then a file with each flag old or new.
+// Where pieces move (a text before the first bar is dropped, an empty piece becomes 0) nothing but
+// a second file and a rename leaves the old file or the new one.
 bool store_alerts(const std::string& text) {
   FileBuffer old;
-  const bool shrinks = old.read(kAlertsFile) && text.size() < old.size();
-  return shrinks ? replace_file(kAlertsFile, text) : overwrite_file(kAlertsFile, text);
+  const bool moves =
+      old.read(kAlertsFile) && (text.size() != old.size() || !old.text().starts_with('|'));
+  return moves ? replace_file(kAlertsFile, text) : overwrite_file(kAlertsFile, text);
 }
 
 }  // namespace

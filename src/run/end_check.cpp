@@ -60,7 +60,9 @@ void shorten_history(const RunHistory& history) {
   for (std::size_t i = history.stamps.size() - kRunsKept; i < history.stamps.size(); ++i) {
     text.append(history.stamps[i]).append("\n");
   }
-  if (!overwrite_file(kRunHistoryFile, text)) report(event::run_history_unwritable);
+  // Not in place: written over but not yet cut, or cut first, it would hold runs twice or end with
+  // an old one, whose next run counts the minutes since then again.
+  if (!replace_file(kRunHistoryFile, text)) report(event::run_history_unwritable);
 }
 
 // Four times a day the databases are synchronised without being asked.

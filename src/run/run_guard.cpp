@@ -7,6 +7,7 @@
 
 #include "base/clock.h"
 #include "base/files.h"
+#include "base/flush.h"
 #include "base/text.h"
 #include "run/event_log.h"
 #include "store/summary.h"
@@ -75,6 +76,9 @@ bool guard_run(RunHistory& history) {
   }
   // A run that cannot be recorded is still worth its work.
   static_cast<void>(append_to_file(kRunHistoryFile, history.run_stamp + "\n", Torn::cut));
+  // On disk before anything is counted: after a power cut the counts of d/t/sum, which are flushed
+  // too, must not be there without it, or the next run would count the minute again.
+  flush_file(kRunHistoryFile);
   static_cast<void>(overwrite_file(kLastRunFile, history.run_stamp));
   history.stamps.push_back(history.run_stamp);
   ++history.count;
