@@ -5,27 +5,11 @@
 #include "base/text.h"
 #include "out/out_list.h"
 #include "site.h"
+#include "story.h"
 #include "views.h"
 
 namespace vantrel::inspect {
 namespace {
-
-std::string state_text(ListState state) {
-  switch (state) {
-    case ListState::none:
-      return "normal";
-    case ListState::quota:
-      return "quota or guarantee";
-    case ListState::forced_1:
-      return "forced 1";
-    case ListState::forced_2:
-      return "forced 2";
-  }
-  return "state " + std::to_string(static_cast<std::int32_t>(state));
-}
-
-// Weights come from the file and may be anything; only what a reader can draw lots with counts.
-double counted_weight(double weight) { return std::isfinite(weight) && weight > 0 ? weight : 0; }
 
 Json header_json(const OutListHeader& header) {
   Json texts = Json::array();
@@ -49,6 +33,20 @@ Json entry_json(const OutListEntry& entry, std::size_t rank, double total) {
           {"skim", entry.skim == -1 ? Json() : Json(entry.skim)}};
 }
 
+// Score and reason by the stored windows and the present settings. Where these give another weight
+// than the list has, something was changed since it was written.
+void add_reason(Json& row, const OutListEntry& entry, const Reasons& reasons) {
+  const auto found = reasons.find(entry.id);
+  row["score"] = found == reasons.end() ? Json() : json_number(found->second.score);
+  if (found == reasons.end()) {
+    row["reason"] = "no longer a trade";
+  } else if (found->second.weight != entry.weight) {
+    row["reason"] = "changed since: " + found->second.reason;
+  } else {
+    row["reason"] = found->second.reason;
+  }
+}
+
 }  // namespace
 
 Json list_view() {
@@ -58,11 +56,13 @@ Json list_view() {
   if (!bytes || !decode_out_list(*bytes, header, entries)) {
     throw Unavailable{std::string(kOutListFile) + (bytes ? " is damaged" : " cannot be opened")};
   }
-  double total = 0;
-  for (const OutListEntry& entry : entries) total += counted_weight(entry.weight);
+  const Forecast forecast = foresee();
+  const Reasons reasons = reasons_by_id(forecast);
+  const double total = total_weight(entries);
   Json list = Json::array();
   for (const OutListEntry& entry : entries) {
     list.push_back(entry_json(entry, list.size() + 1, total));
+    if (forecast.reaches_list) add_reason(list.back(), entry, reasons);
   }
   const std::size_t ragged = (bytes->size() - sizeof header) % sizeof(OutListEntry);
   return {{"written", time_text(modified(kOutListFile).value_or(0))},
@@ -74,10 +74,13 @@ Json list_view() {
 void print_list(const Json& view) {
   std::vector<std::vector<std::string>> rows;
   for (const Json& entry : view["entries"]) {
+    const bool explained = entry.contains("reason");
     rows.push_back({cell(entry["rank"]), cell(entry["id"]), cell(entry["name"]),
                     cell(entry["weight"]), cell(entry["second_weight"]), cell(entry["state"]),
                     cell(entry["skim"]), cell(entry["share_percent"]) + "%",
-                    bar(entry["share_percent"].get<double>() / 100)});
+                    explained ? score_cell(entry["score"]) : "-",
+                    explained ? cell(entry["reason"]) : "-",
+                    bar(entry["share_percent"].get<double>() / 100, 12)});
   }
   std::cout << "Outgoing list of " << cell(view["written"]) << ", " << counted(rows.size(), "trade")
             << '\n';
@@ -89,6 +92,8 @@ void print_list(const Json& view) {
                {"state"},
                {"skim", true},
                {"share", true},
+               {"score", true},
+               {"reason"},
                {""}},
               rows);
   if (view["stray_bytes"] != 0) {

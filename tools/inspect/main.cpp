@@ -9,6 +9,7 @@
 #include <string>
 
 #include "base/version.h"
+#include "preview.h"
 #include "report.h"
 #include "site.h"
 #include "views.h"
@@ -28,7 +29,30 @@ struct Options {
   std::string csv;
   std::string page_file;
   std::optional<int> hour;
+  std::vector<std::string> with;
+  PreviewQuery preview;
 };
+
+// "FILE=OTHER", the other one as it is named where the program was started.
+std::vector<std::pair<std::string, std::string>> replacements(
+    const std::vector<std::string>& with) {
+  std::vector<std::pair<std::string, std::string>> pairs;
+  for (const std::string& text : with) {
+    const std::size_t equals = text.find('=');
+    if (equals == std::string::npos) throw WrongUsage{"--with takes FILE=OTHER"};
+    pairs.emplace_back(text.substr(0, equals), std::filesystem::absolute(text.substr(equals + 1)));
+  }
+  return pairs;
+}
+
+// What names files of the place where the program was started, before it goes to the site.
+void take_paths(Options& options) {
+  options.preview.with = replacements(options.with);
+  options.preview.hour = options.hour;
+  for (std::string* file : {&options.preview.list_file, &options.page_file}) {
+    if (!file->empty()) *file = std::filesystem::absolute(*file);
+  }
+}
 
 void add_commands(CLI::App& app, Options& options) {
   app.require_subcommand(1);
@@ -49,6 +73,16 @@ void add_commands(CLI::App& app, Options& options) {
   why->add_option("--hour", options.hour, "Quotas of this hour instead of the present one")
       ->check(CLI::Range(0, 23))
       ->type_name("H");
+  CLI::App* preview = app.add_subcommand("preview", "The next list beside the present one");
+  preview->add_option("--with", options.with, "Another file in the place of a settings file")
+      ->type_name("FILE=OTHER");
+  preview->add_option("--hour", options.hour, "Quotas of this hour instead of the next run's")
+      ->check(CLI::Range(0, 23))
+      ->type_name("H");
+  preview->add_flag("--hits", options.preview.hits, "Credit the logs a run started now would read");
+  preview->add_flag("--changed", options.preview.changed, "The largest changes first");
+  preview->add_option("--list-file", options.preview.list_file, "Write the list's bytes there")
+      ->type_name("FILE");
   CLI::App* trades = app.add_subcommand("trades", "All trades and their traffic");
   trades->add_option("--sort", options.trades.sort, "Sort by a column, by its title")
       ->type_name("COLUMN");
@@ -90,6 +124,9 @@ View view_of(const std::string& command) {
   if (command == "list") return {[](const Options&) { return list_view(); }, print_list};
   if (command == "why") {
     return {[](const Options& o) { return why_view(o.trade, o.hour); }, print_why};
+  }
+  if (command == "preview") {
+    return {[](const Options& o) { return preview_view(o.preview); }, print_preview};
   }
   if (command == "trades") {
     return {[](const Options& o) { return trades_view(o.trades); }, print_trades};
@@ -136,8 +173,11 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kFine : kWrongUsage;
   }
-  if (!options.page_file.empty()) {
-    options.page_file = std::filesystem::absolute(options.page_file);
+  try {
+    take_paths(options);
+  } catch (const WrongUsage& error) {
+    std::cerr << "vantrel-inspect: " << error.reason << '\n';
+    return kWrongUsage;
   }
   if (::chdir(options.site.c_str()) != 0) {
     std::cerr << "vantrel-inspect: there is no directory " << printable(options.site) << '\n';

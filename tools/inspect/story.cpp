@@ -236,4 +236,30 @@ std::string state_text(ListState state) {
   return "state " + std::to_string(static_cast<std::int32_t>(state));
 }
 
+Reasons reasons_by_id(const Forecast& forecast) {
+  Reasons reasons;
+  for (std::size_t rank = 0; rank < forecast.ranked.size(); ++rank) {
+    const Story story = story_of(forecast, rank);
+    reasons.try_emplace(story.before.id,
+                        Reason{story.steps.score, story.after.score, reason_of(story)});
+  }
+  return reasons;
+}
+
+double counted_weight(double weight) { return std::isfinite(weight) && weight > 0 ? weight : 0; }
+
+double total_weight(const std::vector<OutListEntry>& entries) {
+  double total = 0;
+  for (const OutListEntry& entry : entries) total += counted_weight(entry.weight);
+  return total;
+}
+
+Json json_number(double value) {
+  return std::isfinite(value) ? Json(value) : Json(number_text(value));
+}
+
+std::string score_cell(const Json& value) {
+  return value.is_number() ? short_number(value.get<double>()) : cell(value);
+}
+
 }  // namespace vantrel::inspect

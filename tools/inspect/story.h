@@ -1,7 +1,9 @@
 // The story of one trade in a foreseen list, and its shortest forms: a few words, one sentence.
 #pragma once
 
+#include <map>
 #include <string>
+#include <vector>
 
 #include "foresee.h"
 #include "out/out_list.h"
@@ -38,6 +40,25 @@ struct Story {
 // All of it, as why_view() has it.
 [[nodiscard]] Json why_json(const Story& story);
 
+// What a list says of each trade, by id; the first one where an id stands twice.
+struct Reason {
+  double score;  // before weights were handed out
+  double weight;
+  std::string reason;
+};
+using Reasons = std::map<std::int32_t, Reason>;
+// Empty when the forecast has no list.
+[[nodiscard]] Reasons reasons_by_id(const Forecast& forecast);
+
 [[nodiscard]] std::string state_text(ListState state);
+
+// Weights come from a file and may be anything; only what a reader can draw lots with counts.
+[[nodiscard]] double counted_weight(double weight);
+[[nodiscard]] double total_weight(const std::vector<OutListEntry>& entries);
+
+// JSON has no infinities and no NaN: they become texts.
+[[nodiscard]] Json json_number(double value);
+// Such a number with at most two decimals.
+[[nodiscard]] std::string score_cell(const Json& value);
 
 }  // namespace vantrel::inspect

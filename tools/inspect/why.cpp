@@ -1,4 +1,3 @@
-#include <cmath>
 #include <iostream>
 
 #include "base/text.h"
@@ -15,8 +14,7 @@ Json step(Json value, const std::string& description, Json details = Json::array
       {"value", std::move(value)}, {"description", description}, {"details", std::move(details)}};
 }
 
-// JSON has no infinities and no NaN.
-Json number(double value) { return std::isfinite(value) ? Json(value) : Json(number_text(value)); }
+Json number(double value) { return json_number(value); }
 
 Json counter(const TrafficCounters& window, slot::Counter which, const char* description) {
   return step(window[which], description);
