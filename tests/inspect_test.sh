@@ -56,7 +56,7 @@ fresh() {
   cp -a "$work/model" "$site"
 }
 
-views=(site 'site --csv days' list trades 'trades --wide --sort in24' 'trade 20' events 'events 3 --trade 20' runs check)
+views=(site 'site --csv days' 'metrics --trades' 'alive --minutes 9' list trades 'trades --wide --sort in24' 'trade 20' events 'events 3 --trade 20' runs check)
 
 "$build/vantrel-sample-site" "$work/model" --at $now --minutes 3 --days 20 --ranges 200 >/dev/null ||
   { echo "no sample site"; exit 1; }
@@ -65,6 +65,8 @@ for script in sync hta top; do
   chmod 755 "$work/model/sh_$script.cgi"
 done
 [ "$(id -u)" = 0 ] && chown -R nobody:nogroup "$work/model"
+
+touch -d "@$now" "$work/model/d/out.lst"
 
 echo "== views"
 fresh
@@ -77,7 +79,7 @@ for view in "${views[@]}"; do
   LC_ALL=C grep -q $'\x1b' "$work/out" && fail "$view: colours without a terminal"
 done
 lines=$("$build/vantrel-inspect" --help | awk 'length($0) > 80 { exit 1 } END { print NR }') &&
-  [ "$lines" -le 24 ] || fail "the help does not fit a screen"
+  [ "$lines" -le 32 ] || fail "the help does not fit a screen"
 version=$(sed -n 's/^project(vantrel VERSION \([0-9.]*\).*/\1/p' "$(dirname "$0")/../CMakeLists.txt")
 for program in cron inspect sample-site day; do
   [ "$("$build/vantrel-$program" --version)" = "vantrel-$program $version" ] || fail "version of $program"
@@ -132,6 +134,56 @@ day() { printf '|%s|%s|2|3|4|5|6|7|8|9|10|11|1.5e+06|nan|-1e300|0|17|18|19|20|||
 { day 20261109 7; day 20261113 4294967295; day 20261114 1; day 20261114 2; day '<b>' 3; day 20261116 4; printf '|2026'; } >"$site/d/h/all.his"
 expect "days and odd records" "$(value site '[(r["date"], r["late"], r["rin"]) for r in d["days"][1:]], tuple(d["days"][0][c] for c in ("rti", "rto", "rtc")), d["week_before"]["rin"], d["yesterday"]["noref_in"], d["unreadable_days"]')" \
   "[('2026-11-13', False, -1), ('2026-11-13', True, 1), ('2026-11-14', False, 2), ('2026-11-15', True, 4)] (1500000, 0, -2147483648) 7 18 2"
+
+echo "== many sites"
+# Beside a healthy site: one whose run would end early, one with hostile names, a place that is none.
+fresh
+(cd "$site" && at_clock "$build/vantrel-cron")
+ln -sfn site "$work/link"
+for copy in broken hostile; do rm -rf "${work:?}/$copy"; cp -a "$site" "$work/$copy"; done
+rm "$work/broken/d/out.mod"
+python3 - "$work/hostile/d/t/index" <<'PYTHON'
+import sys  # two trades that cannot be told apart, and one that would end its sample
+with open(sys.argv[1], 'r+b') as f:
+    for entry, number, name in (20, 7, b'twin'), (21, 7, b'twin'), (22, 8, b'a"} 1\n\\\xe2\x80\xae\xff'):
+        f.seek(entry * 996)
+        f.write(number.to_bytes(4, 'little') + name + b'\0')
+PYTHON
+touch -d '2026-11-16 12:43' "$work/hostile/d/out.lst"
+untouched "sites" inspect sites ../hostile . "$work/nowhere" ../broken --json
+expect "the worst status" $status 2
+expect "worst first" "$(python3 -c 'import json, sys; print([(s["directory"].split("/")[-1], s["status"]) for s in json.load(sys.stdin)["data"]["sites"]])' <"$work/out")" \
+  "[('nowhere', 2), ('broken', 2), ('hostile', 1), ('.', 1)]"
+untouched "metrics" inspect metrics --trades . "$work/link" ../hostile ../broken
+python3 - "$work/out" "$(value site 'd["last24"]["rin"]')" <<'PYTHON' || fail "metrics"
+import re, sys
+lines = open(sys.argv[1]).read().splitlines()
+samples = [line for line in lines if line[0] != '#']
+sample = re.compile(r'(vantrel_\w+)\{((?:\w+="(?:[^"\\]|\\["\\])*",?)*)\} -?[0-9]+')
+found = [sample.fullmatch(line) for line in samples]
+assert all(found), [l for l, f in zip(samples, found) if not f]
+series = [f.group(1, 2) for f in found]
+assert len(set(series)) == len(series)
+families = [line.split()[2] for line in lines if line.startswith('# TYPE')]
+assert len(set(families)) == len(families) and {name for name, labels in series} <= set(families)
+assert sum('trade="twin"' in labels and 'counter="rin"' in labels for name, labels in series) == 3
+assert sum(l.endswith('site",window="24h",counter="rin"} ' + sys.argv[2]) for l in samples) == 1
+PYTHON
+while read -r age limit wanted; do
+  touch -d "@$((now - age))" "$site/d/out.lst"
+  untouched "alive" inspect alive --minutes $limit
+  expect "a list of $age seconds, limit $limit" "$status $(grep -o 's;.*' "$work/out")" "$wanted s;$((limit * 60));$((limit * 120))"
+done <<'TABLE'
+180 3 0
+181 3 1
+360 3 1
+361 3 2
+361 7 0
+-61 3 1
+TABLE
+rm "$site/d/out.lst"
+untouched "no list" inspect alive
+expect "no list" $status 2
 
 echo "== the doctor's verdict, and the run's"
 # status, what the finding names, and the defect; a run reaches its end unless the status is 2.

@@ -31,6 +31,9 @@ struct Options {
   std::optional<int> hour;
   std::vector<std::string> with;
   PreviewQuery preview;
+  std::vector<std::string> sites;
+  bool by_trade = false;
+  int minutes = 3;
 };
 
 // "FILE=OTHER", the other one as it is named where the program was started.
@@ -67,6 +70,17 @@ void add_commands(CLI::App& app, Options& options) {
   site->add_option("--csv", options.csv, "Print only this, as comma-separated values")
       ->type_name("days|hours")
       ->check(CLI::IsMember({"days", "hours"}).description(""));
+  app.add_subcommand("sites", "Many sites, a line each, worst first")
+      ->add_option("directories", options.sites, "Their directories")
+      ->required()
+      ->type_name("DIR");
+  CLI::App* metrics = app.add_subcommand("metrics", "Figures for Prometheus, as a text file");
+  metrics->add_option("directories", options.sites, "Directories of sites")->type_name("DIR");
+  metrics->add_flag("--trades", options.by_trade, "Also the windows of every trade");
+  app.add_subcommand("alive", "Was a list written just now? For monitoring")
+      ->add_option("--minutes", options.minutes, "Within so many minutes (3)")
+      ->type_name("N")
+      ->check(CLI::Range(1, 1000000).description(""));
   app.add_subcommand("list", "The outgoing list as visitors will see it");
   CLI::App* why = app.add_subcommand("why", "Why a trade stands where it does, step by step");
   why->add_option("trade", options.trade, "Its name or id")->required()->type_name("NAME|ID");
@@ -132,6 +146,15 @@ View view_of(const std::string& command) {
     return {[](const Options& o) { return trades_view(o.trades); }, print_trades};
   }
   if (command == "site") return {[](const Options&) { return site_view(); }, print_site};
+  if (command == "sites") {
+    return {[](const Options& o) { return sites_view(o.sites); }, print_sites};
+  }
+  if (command == "metrics") {
+    return {[](const Options& o) { return metrics_view(o.sites, o.by_trade); }, print_metrics};
+  }
+  if (command == "alive") {
+    return {[](const Options& o) { return alive_view(o.minutes); }, print_alive};
+  }
   if (command == "trade")
     return {[](const Options& o) { return trade_view(o.trade); }, print_trade};
   if (command == "events") {

@@ -73,6 +73,19 @@ void print_events(const Json& view);
 [[nodiscard]] Json runs_view();
 void print_runs(const Json& view);
 
+// Many sites, worst first; "status" is that of the worst. What "sites" holds: see glance.h.
+[[nodiscard]] Json sites_view(const std::vector<std::string>& directories);
+void print_sites(const Json& view);
+
+// The same for a monitoring system, the site at hand when no directory is given.
+[[nodiscard]] Json metrics_view(std::vector<std::string> directories, bool trades);
+void print_metrics(const Json& view);
+
+// Was a list written in the last minutes? "status" is that of a monitoring plugin: 0 yes, 1 one
+// within twice that time or dated in the future, 2 none, 3 not to be known.
+[[nodiscard]] Json alive_view(int minutes);
+void print_alive(const Json& view);
+
 // Would the next run reach its end? "status" is the exit status: 0 fine, 1 something is off, 2 the
 // run would end early.
 [[nodiscard]] Json check_view();
