@@ -4,7 +4,7 @@
     cmake --preset bench && cmake --build build/bench
     scripts/bench.py                          all presets
     scripts/bench.py --preset site --pairs 21 --callgrind
-    scripts/bench.py --against ../before/build/bench/vantrel-cron
+    scripts/bench.py --against ../before/build/bench/vantrel-cron     of another bench build
     scripts/bench.py --growth
     scripts/bench.py --loop 200               how many sites a minute one core carries
 
@@ -55,12 +55,14 @@ class Tools:
     def __init__(self, build, program, against):
         self.site = build / "bench" / "vantrel-bench-site"
         self.floor = build / "bench" / "vantrel-floor"
-        self.empty = build / "bench" / "vantrel-empty"
         self.measure = build / "bench" / "vantrel-measure"
         self.clock = build / "bench" / "libfrozen-clock.so"
         self.programs = {"": program or build / "vantrel-cron"}
         if against:
             self.programs[" before"] = against
+        # Every program has an empty process beside it that starts as it does.
+        self.empties = [beside if (beside := path.parent / "bench" / "vantrel-empty").exists()
+                        else build / "bench" / "vantrel-empty" for path in self.programs.values()]
 
 
 class Figures(NamedTuple):
@@ -135,7 +137,8 @@ class Site:
 
     def instructions(self, program):
         """Millions, without those of an empty process."""
-        return (self.counted(program) - self.counted(self.tools.empty)) / 1e6
+        empty = self.tools.empties[list(self.tools.programs.values()).index(program)]
+        return (self.counted(program) - self.counted(empty)) / 1e6
 
     def counted(self, program):
         self.restore()
@@ -162,11 +165,13 @@ def measure(site, pairs, repeat, flush):
     flags = ["flush"] if flush else []
     figures = []
     for _ in range(pairs):
-        runs = [(site.run(site.tools.empty), site.run_floor(*flags),
+        runs = [(*map(site.run, site.tools.empties), site.run_floor(*flags),
                  site.run_floor("plain", *flags),
                  *map(site.run_program, site.tools.programs.values())) for _ in range(repeat)]
-        empty, *sides = (mean_of(side) for side in zip(*runs))
-        figures.append([without_start(side, empty) for side in sides])
+        means = [mean_of(side) for side in zip(*runs)]
+        empties = means[:len(site.tools.empties)]
+        starts = [empties[0], empties[0], *empties]  # the floors start as the program does
+        figures.append([without_start(*side) for side in zip(means[len(empties):], starts)])
     return figures
 
 
