@@ -2,7 +2,8 @@
 # targets are there.
 include(GNUInstallDirs)
 
-install(TARGETS vantrel-cron RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS vantrel-cron vantrel-sample-site RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES man/vantrel-sample-site.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 install(FILES examples/crontab examples/logrotate
   "examples/vantrel-cron@.service" "examples/vantrel-cron@.timer"
   DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
