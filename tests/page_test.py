@@ -6,9 +6,7 @@
 
 Takes chromium, chromium-driver and python3-selenium."""
 import json, os, re, subprocess, sys, tempfile, time
-from selenium import webdriver
-from selenium.webdriver.chrome.options import Options
-from selenium.webdriver.chrome.service import Service
+from browser import Browser
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
 
@@ -64,27 +62,6 @@ def hostile_site():
         for text in HOSTILE:
             log.write(b'|202611161247|cron|1|' + text + b'|0||||\n|202611161248|' + text + b'|7|x|0||||\n')
     return site
-
-
-def start_browser():
-    options = Options()
-    options.binary_location = '/usr/bin/chromium'
-    for argument in ('--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
-                     '--disable-background-networking', '--disable-component-update', '--disable-sync',
-                     '--disable-dev-shm-usage', f'--user-data-dir={work.name}/browser'):
-        options.add_argument(argument)
-    options.set_capability('goog:loggingPrefs', {'browser': 'ALL', 'performance': 'ALL'})
-    return webdriver.Chrome(service=Service('/usr/bin/chromedriver'), options=options)
-
-
-def media(**features):
-    browser.execute_cdp_cmd('Emulation.setEmulatedMedia', {
-        'features': [{'name': name.replace('_', '-'), 'value': value} for name, value in features.items()]})
-
-
-def width(pixels):
-    browser.execute_cdp_cmd('Emulation.setDeviceMetricsOverride', {
-        'width': pixels, 'height': 900, 'deviceScaleFactor': 1, 'mobile': pixels < 600})
 
 
 def js(text, *arguments):
@@ -152,7 +129,7 @@ def opens_trade(site):
     browser.implicitly_wait(5)
     browser.find_element(By.CSS_SELECTOR, '#trade h2')
     trade = view(site, 'trade', view(site, 'trades')['trades'][position]['id'])
-    for window, column in (('last60', 3), ('last24', 4), ('last07', 5)):
+    for window, column in (('last60', 2), ('last24', 3), ('last07', 4)):
         shown = [int(plain(text)) for text in texts(f'#trade-counters tbody tr > :nth-child({column})')]
         expect(f'counters of {window}', shown, list(trade[window].values()))
     shown = [[int(plain(text)) for text in texts(f'#trade-day tbody td:nth-child({i})')] for i in (2, 3, 4, 5)]
@@ -176,7 +153,7 @@ def is_safe(what):
 
 def fits(what):
     for pixels in (320, 1200):
-        width(pixels)
+        browser.size(pixels)
         time.sleep(.5)  # charts follow the width in their own time
         expect(f'{what}: wider than {pixels}', js('''document.documentElement.scrollWidth <= arguments[0] ? [] :
             [...document.querySelectorAll('body *')].filter(e => !e.closest('.scroll') &&
@@ -189,8 +166,8 @@ def luminance():
 
 site = hostile_site()
 page = make_page(site)
-browser = start_browser()
-width(1200)
+browser = Browser()
+browser.size(1200)
 open_page(page)
 same_figures(site, 'hostile names')
 is_safe('overview')
@@ -204,9 +181,9 @@ for position in range(20, 20 + len(HOSTILE)):
 fits('trade')
 open_page(page)
 fits('overview')
-media(prefers_color_scheme='light')
+browser.colours('light')
 expect('light', luminance() > 200)
-media(prefers_color_scheme='dark')
+browser.colours('dark')
 expect('dark', luminance() < 60)
 quiet('hostile names')
 js('document.body.append(Object.assign(document.createElement("script"), {textContent: "hacked = 1"}))')

@@ -46,6 +46,35 @@ std::string digits(const Json& counts) {
   return out + '"';
 }
 
+// The place of a number in the text of a form.
+constexpr char kPlace = '\x01';
+
+struct Form {
+  std::string text;    // with its numbers taken out
+  std::string digits;  // of these
+};
+
+// Leading zeros belong to the text, and so do numbers too large for the browser.
+Form form_of(std::string_view text) {
+  constexpr std::string_view kFigures = "0123456789";
+  Form form;
+  while (!text.empty()) {
+    const std::size_t begin = text.find_first_of("123456789");
+    form.text += text.substr(0, begin);
+    if (begin == text.npos) break;
+    text.remove_prefix(begin);
+    const std::string_view number = text.substr(0, text.find_first_not_of(kFigures));
+    if (number.size() < 10) {
+      form.text += kPlace;
+      add_digits(std::stoul(std::string(number)), form.digits);
+    } else {
+      form.text += number;
+    }
+    text.remove_prefix(number.size());
+  }
+  return form;
+}
+
 void add_number(long number, std::string& out) {
   out.append("[").append(std::to_string(number)).append("]");
 }
@@ -99,11 +128,21 @@ long Packer::shape_of(const Json& object) {
 void Packer::pack_leaf(const Json& value, std::string& out) {
   const std::string text = page_text(value);
   const long number = text.size() < kShortest ? -1 : pooled(text);
-  if (number < 0) {
-    out += text;
-  } else {
+  if (number >= 0) {
     add_number(number, out);
+  } else if (text.size() < kShortest || !value.is_string() || !pack_form(value, out)) {
+    out += text;
   }
+}
+
+bool Packer::pack_form(const std::string& text, std::string& out) {
+  if (text.find(kPlace) != text.npos) return false;
+  const Form form = form_of(text);
+  const long number = form.digits.empty() ? -1 : pooled(page_text(form.text));
+  if (number >= 0) {
+    out.append("[\"").append(form.digits).append("\",").append(std::to_string(number)).append("]");
+  }
+  return number >= 0;
 }
 
 void Packer::pack_object(const Json& object, std::string& out) {

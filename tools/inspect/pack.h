@@ -4,6 +4,7 @@
 //
 //   [n]             is entry n of the pool
 //   ["digits"]      is a list of whole numbers from 0
+//   ["digits", n]   is the text n of the pool with such numbers in the places of its U+0001
 //   [0, item...]    is a list
 //   [k, value...]   is an object with the keys of shape k, from 1
 //   [k, "digits"]   is one of more than one key, whose values are such numbers
@@ -38,6 +39,8 @@ class Packer {
   [[nodiscard]] long pooled(const std::string& text);
   [[nodiscard]] long shape_of(const Json& object);
   void pack_leaf(const Json& value, std::string& out);
+  // False for a text whose form is new.
+  bool pack_form(const std::string& text, std::string& out);
   void pack_object(const Json& object, std::string& out);
   void pack_list(const Json& list, std::string& out);
   void pack_table(const Json& rows, std::string& out);

@@ -153,6 +153,7 @@ std::string report_data() {
   Notable notable;
   data.add("trade", trade_pages(data.packer, notable));
   data.add_packed("notable", notable.json());
+  data.add("why", "[]");
   data.add("shapes", data.packer.shapes());
   data.add("pool", data.packer.pool());
   return data.text();

@@ -49,7 +49,7 @@ function drawChart(canvas, rows, label) {
   const datasets = traffic.map(({key, label: title}) => ({
     label: title, colourName: key, data: rows.map(row => row[key]),
     type: key === 'rin' || key === 'out' ? 'bar' : 'line',
-    borderWidth: key === 'rin' || key === 'out' ? 0 : 2, pointRadius: 0, tension: 0.3,
+    borderWidth: key === 'rin' || key === 'out' ? 0 : 2, pointRadius: 0, cubicInterpolationMode: 'monotone',
     order: key === 'rin' || key === 'out' ? 1 : 0,
   }));
   const chart = new Chart(canvas, {

@@ -37,11 +37,16 @@ function unpackObject(keys, values) {
   return objectOf(keys, counts ? countsOf(values[0]) : values.map(unpack));
 }
 
+function unpackForm(text, counts) {
+  return text.split('\u0001').reduce((all, part, i) => all + counts[i - 1] + part);
+}
+
 function unpack(packed) {
   if (!Array.isArray(packed)) return packed;
   const [kind, ...items] = packed;
   if (items.length === 0) return typeof kind === 'string' ? countsOf(kind) : data.pool[kind];
   if (kind === 0) return items.map(unpack);
+  if (typeof kind === 'string') return unpackForm(data.pool[items[0]], countsOf(kind));
   return kind > 0 ? unpackObject(data.shapes[kind], items) : unpackTable(data.shapes[-kind], items);
 }
 
@@ -54,4 +59,15 @@ function view(name) {
 // A trade by its position, as "vantrel-inspect trade" shows it. Not kept: there may be thousands.
 function tradeView(position) {
   return unpack(data.trade[position]);
+}
+
+// Why a trade stands where it stands, as "vantrel-inspect why" says it; nothing without a list.
+function whyView(position) {
+  return data.why[position] && unpack(data.why[position]);
+}
+
+// One member of it, without looking at the rest.
+function whyMember(position, key) {
+  const why = data.why[position];
+  return why && unpack(why[1 + data.shapes[why[0]].indexOf(key)]);
 }

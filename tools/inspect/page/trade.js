@@ -1,15 +1,25 @@
 // The page of one trade.
 
 function countersTable(trade) {
-  const rows = Object.keys(trade.last24).map(key => ({key, words: view('counters')[key],
-    hour: trade.last60[key], day: trade.last24[key], week: trade.last07[key]}));
+  const windows = [['60 minutes', 'last60'], ['24 hours', 'last24'], ['7 days', 'last07']];
   return plainTable('Counters', [
-    {title: 'Counter', head: true, value: row => row.key},
-    {title: 'What it counts', value: row => row.words},
-    {title: '60 minutes', kind: 'number', value: row => row.hour},
-    {title: '24 hours', kind: 'number', value: row => row.day},
-    {title: '7 days', kind: 'number', value: row => row.week},
-  ], rows);
+    {title: 'Counter', head: true, cell: key => [view('counters')[key], ' ', el('span', {class: 'quiet'}, key)]},
+    ...windows.map(([title, window]) => ({title, kind: 'number', value: key => trade[window][key]})),
+  ], Object.keys(trade.last24));
+}
+
+// A step of the way to the weight: what came out and what it is; what went in can be opened.
+function whyStep({value, description, details}) {
+  const words = [el('b', {}, typeof value === 'string' ? foreign(value) : number(value)), ' ', foreign(description)];
+  return el('li', {}, details.length === 0 ? words
+    : el('details', {}, el('summary', {}, words), el('ul', {class: 'why'}, details.map(whyStep))));
+}
+
+function whySection(position) {
+  const why = whyView(position);
+  if (why == null) return null;
+  return section('trade-why', 'Why it stands where it stands', el('p', {}, foreign(why.sentence)),
+    el('ul', {class: 'why'}, why.tree.details.map(whyStep)));
 }
 
 function drawTrade(place, position) {
@@ -20,6 +30,7 @@ function drawTrade(place, position) {
     el('p', {class: 'quiet'}, `id ${number(trade.id)}, windows up to ${clean(view('trades').last_run)}`,
       trade.collects === '' ? '' : `; reserved entry: ${trade.collects}`,
       trade.settings.url === '' ? '' : [' · ', foreign(trade.settings.url)]),
+    whySection(position) ?? '',
     section('trade-counters', 'Its counters', countersTable(trade)),
     section('trade-day', 'Its day', figure('The last 24 hours', trade.hours, 'hour', row => row.hour.slice(11))),
     section('trade-days', 'Its 14 days', figure('Daily history', trade.days, 'date', row => row.date.slice(5))),
