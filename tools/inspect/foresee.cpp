@@ -68,6 +68,14 @@ void keep_scores(Forecast& forecast) {
   std::vector<double> scores;
   for (const TradeScore& steps : forecast.scores) scores.push_back(steps.score);
   forecast.ranked = ranking(scores);
+  const Run& run = forecast.run;
+  std::size_t admitted = 0;
+  for (const std::size_t position : forecast.ranked) {
+    forecast.admitted_above.push_back(admitted);
+    const TradeWork& trade = forecast.unranked[position];
+    const bool admits = admission_of(trade, run.settings.uin24_limit, run.clock.run_hour).admitted;
+    admitted += admits ? 1 : 0;
+  }
 }
 
 }  // namespace

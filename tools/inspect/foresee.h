@@ -45,7 +45,8 @@ struct Forecast {
   std::vector<TradeWork> unranked;  // the work array before planning
   std::vector<TradeScore> scores;   // by position in it
   std::vector<std::size_t> ranked;  // positions in it, best first
-  std::string list;                 // the bytes of d/out.lst
+  std::vector<std::size_t> admitted_above;  // by rank: entries above that may get a weight
+  std::string list;                         // the bytes of d/out.lst
   // Errors of the formula, each with the position of the trade it was found in.
   struct FormulaError {
     std::size_t position;

@@ -24,20 +24,8 @@ bool is_plain(const Json& values) {
                      [](const Json& value) { return value.is_primitive(); });
 }
 
-// Larger ones would not survive the browser's arithmetic.
-bool is_count(const Json& value) {
-  return value.is_number_integer() && value >= 0 && value <= std::int64_t{1} << 48;
-}
-
 bool are_counts(const Json& values) {
   return values.size() > 1 && std::all_of(values.begin(), values.end(), is_count);
-}
-
-void add_digits(std::uint64_t count, std::string& out, bool last = true) {
-  constexpr std::string_view kDigits =
-      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
-  if (count >= 32) add_digits(count / 32, out, false);
-  out += kDigits[count % 32 + (last ? 0 : 32)];
 }
 
 std::string digits(const Json& counts) {
@@ -46,46 +34,8 @@ std::string digits(const Json& counts) {
   return out + '"';
 }
 
-// The place of a number in the text of a form.
-constexpr char kPlace = '\x01';
-
-struct Form {
-  std::string text;    // with its numbers taken out
-  std::string digits;  // of these
-};
-
-// Leading zeros belong to the text, and so do numbers too large for the browser.
-Form form_of(std::string_view text) {
-  constexpr std::string_view kFigures = "0123456789";
-  Form form;
-  while (!text.empty()) {
-    const std::size_t begin = text.find_first_of("123456789");
-    form.text += text.substr(0, begin);
-    if (begin == text.npos) break;
-    text.remove_prefix(begin);
-    const std::string_view number = text.substr(0, text.find_first_not_of(kFigures));
-    if (number.size() < 10) {
-      form.text += kPlace;
-      add_digits(std::stoul(std::string(number)), form.digits);
-    } else {
-      form.text += number;
-    }
-    text.remove_prefix(number.size());
-  }
-  return form;
-}
-
 void add_number(long number, std::string& out) {
   out.append("[").append(std::to_string(number)).append("]");
-}
-
-std::string joined(const std::vector<std::string>& texts) {
-  std::string out = "[";
-  for (const std::string& text : texts) {
-    if (out.size() > 1) out += ',';
-    out += text;
-  }
-  return out + ']';
 }
 
 }  // namespace
@@ -128,21 +78,11 @@ long Packer::shape_of(const Json& object) {
 void Packer::pack_leaf(const Json& value, std::string& out) {
   const std::string text = page_text(value);
   const long number = text.size() < kShortest ? -1 : pooled(text);
-  if (number >= 0) {
-    add_number(number, out);
-  } else if (text.size() < kShortest || !value.is_string() || !pack_form(value, out)) {
+  if (number < 0) {
     out += text;
+  } else {
+    add_number(number, out);
   }
-}
-
-bool Packer::pack_form(const std::string& text, std::string& out) {
-  if (text.find(kPlace) != text.npos) return false;
-  const Form form = form_of(text);
-  const long number = form.digits.empty() ? -1 : pooled(page_text(form.text));
-  if (number >= 0) {
-    out.append("[\"").append(form.digits).append("\",").append(std::to_string(number)).append("]");
-  }
-  return number >= 0;
 }
 
 void Packer::pack_object(const Json& object, std::string& out) {
@@ -199,6 +139,26 @@ void Packer::pack_table(const Json& rows, std::string& out) {
     }
   }
   out += ']';
+}
+
+bool is_count(const Json& value) {
+  return value.is_number_integer() && value >= 0 && value <= std::int64_t{1} << 48;
+}
+
+void add_digits(std::uint64_t count, std::string& out, bool last) {
+  constexpr std::string_view kDigits =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_";
+  if (count >= 32) add_digits(count / 32, out, false);
+  out += kDigits[count % 32 + (last ? 0 : 32)];
+}
+
+std::string joined(const std::vector<std::string>& texts) {
+  std::string out = "[";
+  for (const std::string& text : texts) {
+    if (out.size() > 1) out += ',';
+    out += text;
+  }
+  return out + ']';
 }
 
 std::string page_text(const Json& value) {

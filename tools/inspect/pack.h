@@ -4,7 +4,6 @@
 //
 //   [n]             is entry n of the pool
 //   ["digits"]      is a list of whole numbers from 0
-//   ["digits", n]   is the text n of the pool with such numbers in the places of its U+0001
 //   [0, item...]    is a list
 //   [k, value...]   is an object with the keys of shape k, from 1
 //   [k, "digits"]   is one of more than one key, whose values are such numbers
@@ -16,6 +15,7 @@
 // one of the same number.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -39,8 +39,6 @@ class Packer {
   [[nodiscard]] long pooled(const std::string& text);
   [[nodiscard]] long shape_of(const Json& object);
   void pack_leaf(const Json& value, std::string& out);
-  // False for a text whose form is new.
-  bool pack_form(const std::string& text, std::string& out);
   void pack_object(const Json& object, std::string& out);
   void pack_list(const Json& list, std::string& out);
   void pack_table(const Json& rows, std::string& out);
@@ -49,6 +47,14 @@ class Packer {
   std::vector<std::string> pool_;
   std::unordered_map<std::string, long> shape_numbers_, seen_;
 };
+
+// A whole number from 0 that survives the browser's arithmetic.
+[[nodiscard]] bool is_count(const Json& value);
+// Appends it as digits.
+void add_digits(std::uint64_t count, std::string& out, bool last = true);
+
+// A JSON list of JSON texts.
+[[nodiscard]] std::string joined(const std::vector<std::string>& texts);
 
 // ASCII JSON that can stand in a page: no '<' that could begin markup.
 [[nodiscard]] std::string page_text(const Json& value);

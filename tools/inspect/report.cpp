@@ -9,9 +9,11 @@
 #include "base/clock.h"
 #include "base/files.h"
 #include "counters.h"
+#include "forms.h"
 #include "pack.h"
 #include "page.h"
 #include "site.h"
+#include "story.h"
 #include "trade_page.h"
 #include "views.h"
 
@@ -112,25 +114,40 @@ Json counter_words() {
 }
 
 // All trades, one packed page behind the other: as they are they would fill the memory.
-std::string trade_pages(Packer& packer, Notable& notable) {
-  std::string text;
+std::string trade_pages(Forms& forms, Notable& notable) {
+  std::vector<std::string> texts;
   try {
     const TradePages pages = read_trade_pages();
     for (std::size_t i = 0; i < pages.store.works.size(); ++i) {
       Json page = trade_page(pages, i);
+      if (page["collects"] == "") notable.look_at(pages.store.works[i], i, page["days"].size());
       for (const char* rows : {"hours", "days"}) page[rows] = drawn(page[rows]);
       Json& words = page["words"] = Json::array();
       for (const auto& [setting, meaning] : settings_words(page["settings"])) {
         words.push_back({{"setting", setting}, {"meaning", meaning}});
       }
-      text += text.empty() ? "[" : ",\n";
-      packer.pack(page, text);
-      if (page["collects"] == "") notable.look_at(pages.store.works[i], i, page["days"].size());
+      page.erase("settings");  // the words say as much
+      texts.push_back(forms.pack(page));
     }
   } catch (const Unavailable&) {
-    text.clear();  // the view of all trades says why
+    texts.clear();  // the view of all trades says why
   }
-  return text.empty() ? "[]" : text + ']';
+  return joined(texts);
+}
+
+// Why each stands where it stands, by position as well.
+std::string why_pages(Forms& forms) {
+  std::vector<std::string> pages;
+  try {
+    const Forecast forecast = foresee_list();
+    pages.resize(forecast.ranked.size());
+    for (std::size_t rank = 0; rank < pages.size(); ++rank) {
+      pages[forecast.ranked[rank]] = forms.pack(why_json(story_of(forecast, rank)));
+    }
+  } catch (const Unavailable&) {
+    return "[]";  // what keeps the run from its list is among the findings
+  }
+  return joined(pages);
 }
 
 }  // namespace
@@ -150,10 +167,12 @@ std::string report_data() {
   });
   data.add_view("runs", runs_view);
   data.add_packed("counters", counter_words());
+  Forms forms(data.packer);
   Notable notable;
-  data.add("trade", trade_pages(data.packer, notable));
+  data.add("trade", trade_pages(forms, notable));
   data.add_packed("notable", notable.json());
-  data.add("why", "[]");
+  data.add("why", why_pages(forms));
+  data.add("forms", forms.forms());
   data.add("shapes", data.packer.shapes());
   data.add("pool", data.packer.pool());
   return data.text();

@@ -184,10 +184,8 @@ Json score_step(const Story& story) {
 Json neighbour(const Forecast& forecast, std::size_t rank, const char* where) {
   const std::size_t position = forecast.ranked[rank];
   const TradeWork& entry = forecast.unranked[position];
-  const std::string name(field_text(entry.name));
-  return step(number(forecast.scores[position].score),
-              std::string("score of the entry ") + where + ": " +
-                  (name.empty() ? "without a name" : name) + ", id " + std::to_string(entry.id));
+  return step(number(forecast.scores[position].score), std::string("score of the entry ") + where,
+              {step(field_text(entry.name), "its name"), step(entry.id, "its id")});
 }
 
 Json rank_step(const Story& story) {
@@ -230,19 +228,10 @@ Json admission_step(const Story& story) {
               std::move(details));
 }
 
-// How many entries got a weight before this one.
-std::size_t handed_out_before(const Story& story) {
-  std::size_t count = 0;
-  for (std::size_t rank = 0; rank < story.rank; ++rank) {
-    count += story_of(story.forecast, rank).admission.admitted ? 1 : 0;
-  }
-  return count;
-}
-
 Json weight_step(const Story& story) {
   const std::size_t count = story.forecast.run.out.weights.size();
   if (!story.admission.admitted) return step(0, "no weight: not admitted");
-  const std::size_t before = handed_out_before(story);
+  const std::size_t before = story.forecast.admitted_above[story.rank];
   Json details = {
       step(before, "admitted entries above it"),
       step(count, story.forecast.run.out.modifiers.generates_weights() ? "weights, generated"

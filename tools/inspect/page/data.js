@@ -37,16 +37,11 @@ function unpackObject(keys, values) {
   return objectOf(keys, counts ? countsOf(values[0]) : values.map(unpack));
 }
 
-function unpackForm(text, counts) {
-  return text.split('\u0001').reduce((all, part, i) => all + counts[i - 1] + part);
-}
-
 function unpack(packed) {
   if (!Array.isArray(packed)) return packed;
   const [kind, ...items] = packed;
   if (items.length === 0) return typeof kind === 'string' ? countsOf(kind) : data.pool[kind];
   if (kind === 0) return items.map(unpack);
-  if (typeof kind === 'string') return unpackForm(data.pool[items[0]], countsOf(kind));
   return kind > 0 ? unpackObject(data.shapes[kind], items) : unpackTable(data.shapes[-kind], items);
 }
 
@@ -56,18 +51,37 @@ function view(name) {
   return views[name] ??= unpack(data[name]);
 }
 
+// Structures of a form; forms.h tells how.
+const forms = [];
+function formOf(number) {
+  return forms[number] ??= unpack(data.forms[number]);
+}
+
+function unpackForm([number, digits, ...others]) {
+  const counts = countsOf(digits).values();
+  const rest = others.values();
+  const count = () => counts.next().value;
+  const filled = form => {
+    if (form === null || form < 0) return form;
+    if (form === true) return count() === 1;
+    if (typeof form === 'string') return form.replace(/\u0001/g, count);
+    if (Array.isArray(form)) return form.map(filled);
+    if (typeof form === 'object') {
+      return objectOf(Object.keys(form), Object.entries(form).map(([key, value]) =>
+        filled(key === 'details' && typeof value === 'number' ? formOf(value) : value)));
+    }
+    if (form === 0) return count();
+    return unpack(form === 1 ? rest.next().value : others[form - 2]);
+  };
+  return filled(formOf(number));
+}
+
 // A trade by its position, as "vantrel-inspect trade" shows it. Not kept: there may be thousands.
 function tradeView(position) {
-  return unpack(data.trade[position]);
+  return unpackForm(data.trade[position]);
 }
 
-// Why a trade stands where it stands, as "vantrel-inspect why" says it; nothing without a list.
+// Why it stands where it stands, as "vantrel-inspect why" says it; nothing without a list.
 function whyView(position) {
-  return data.why[position] && unpack(data.why[position]);
-}
-
-// One member of it, without looking at the rest.
-function whyMember(position, key) {
-  const why = data.why[position];
-  return why && unpack(why[1 + data.shapes[why[0]].indexOf(key)]);
+  return data.why[position] && unpackForm(data.why[position]);
 }

@@ -48,4 +48,4 @@ addEventListener('keydown', event => {
 });
 follow();
 // For the browser's console.
-window.report = {view, tradeView, usableAfter: performance.now()};
+window.report = {view, tradeView, whyView, usableAfter: performance.now()};

@@ -38,19 +38,18 @@ function listSection() {
       {title: 'Trade', head: true, value: row => row.name, cell: row => tradeLink(row.id, row.name)},
       {title: 'Share', kind: 'number', value: row => row.share_percent,
         cell: row => [shareBar(row.share_percent), el('span', {class: 'figure'}, percent(row.share_percent))]},
-      {title: 'Score', kind: 'number', value: row => whyMember(row.position, 'result')?.score},
+      {title: 'Score', kind: 'number', value: row => row.score},
       {title: 'Weight', kind: 'number', value: row => row.weight},
       {title: 'Second', kind: 'number', value: row => row.second_weight,
         help: 'weight among the trades without a weight'},
       {title: 'State', value: row => row.state},
       {title: 'Skim', kind: 'number', value: row => row.skim},
-      {title: 'Why', cell: row => foreign(whyMember(row.position, 'sentence') ?? '–')},
+      {title: 'Why', value: row => row.reason ?? '–'},
     ];
-    const rows = list.entries.map(entry => ({...entry, position: positionOf.get(entry.id)}));
     return [
       el('p', {class: 'quiet'}, `The outgoing list of ${clean(list.written)}, ${counted(list.entries.length, 'trade')}.`,
         list.stray_bytes ? ' The file ends inside an entry.' : ''),
-      sortableTable('Outgoing list', columns, rows,
+      sortableTable('Outgoing list', columns, list.entries,
         {name: row => `${row.name} ${row.id}`}),
     ];
   });

@@ -10,7 +10,8 @@ function countersTable(trade) {
 
 // A step of the way to the weight: what came out and what it is; what went in can be opened.
 function whyStep({value, description, details}) {
-  const words = [el('b', {}, typeof value === 'string' ? foreign(value) : number(value)), ' ', foreign(description)];
+  const said = typeof value === 'boolean' ? (value ? 'yes' : 'no') : typeof value === 'string' ? foreign(value) : number(value);
+  const words = [el('b', {}, said), ' ', foreign(description)];
   return el('li', {}, details.length === 0 ? words
     : el('details', {}, el('summary', {}, words), el('ul', {class: 'why'}, details.map(whyStep))));
 }
@@ -28,8 +29,7 @@ function drawTrade(place, position) {
     el('p', {}, el('a', {href: '#trades'}, '← All trades')),
     el('h2', {tabindex: '-1'}, foreign(trade.name === '' ? '(no name)' : trade.name)),
     el('p', {class: 'quiet'}, `id ${number(trade.id)}, windows up to ${clean(view('trades').last_run)}`,
-      trade.collects === '' ? '' : `; reserved entry: ${trade.collects}`,
-      trade.settings.url === '' ? '' : [' · ', foreign(trade.settings.url)]),
+      trade.collects === '' ? '' : `; reserved entry: ${trade.collects}`),
     whySection(position) ?? '',
     section('trade-counters', 'Its counters', countersTable(trade)),
     section('trade-day', 'Its day', figure('The last 24 hours', trade.hours, 'hour', row => row.hour.slice(11))),
