@@ -8,6 +8,9 @@ install(FILES examples/crontab examples/logrotate
   "examples/vantrel-cron@.service" "examples/vantrel-cron@.timer"
   DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 install(PROGRAMS examples/set-trade.py DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
+install(FILES "examples/vantrel-watch@.service" "examples/vantrel-watch@.timer"
+  "examples/vantrel-trouble@.service" examples/prometheus-rules.yml
+  DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
 install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md")
 install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} OPTIONAL)
 

@@ -13,6 +13,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/setup.sh
+. scripts/checks.sh
 
 unset TZ  # the cron daemon knows no other zone than that of the system
 export PATH=$PATH:/usr/sbin:/sbin
@@ -21,31 +22,10 @@ work=$PWD/build/real-parts
 user=$(id -un)
 mailbox=/var/mail/$user
 minutes=4
-passed=0
-failed=0
 cron_pid=
 crontab_line=
 as_root=()
 [ "$(id -u)" -eq 0 ] || as_root=(sudo)
-
-# check WHAT COMMAND...: the command succeeds. What it prints is shown only if it does not.
-check() {
-  local what=$1 output
-  shift
-  if output=$("$@" 2>&1); then
-    passed=$((passed + 1))
-    echo "ok      $what"
-  else
-    failed=$((failed + 1))
-    echo "FAILED  $what"
-    printf '%s\n' "$output" | head -n 20 | sed 's/^/          /'
-  fi
-}
-
-# same EXPECTED FOUND: two texts are one and the same.
-same() {
-  diff <(printf '%s\n' "$1") <(printf '%s\n' "$2")
-}
 
 differ() {
   ! cmp -s "$1" "$2"
@@ -368,5 +348,4 @@ backup_at 11:59
 restore_and_go_on
 rotate_log
 verify_units
-printf '\n%s passed, %s failed\n' "$passed" "$failed"
-[ "$failed" -eq 0 ]
+end_of_checks
