@@ -58,9 +58,9 @@ void load_site() {
               load_summary(data.store) && load_traffic_settings(data.traffic) &&
               load_rating_tables(data.ratings) && load_main_settings(data.settings),
           "the sample site cannot be loaded");
-  FileBuffer log;
+  LogReader log;
   read_fields<kInFields>(log, in_log_path(kLogMinute), [&data](const auto& record) {
-    if (record.complete()) data.agents.emplace_back(record.fields[5]);
+    if (record.complete()) data.agents.emplace_back(record[5]);
   });
   require(!data.agents.empty(), "the sample site has no log");
 }
@@ -87,11 +87,11 @@ BENCHMARK(outgoing_log);
 
 // Reading, lower-casing and splitting alone.
 void split_log(benchmark::State& state) {
-  FileBuffer log;
+  LogReader log;
   std::int64_t records = 0;
   for (auto _ : state) {
     read_fields<kInFields>(log, in_log_path(kLogMinute), [&records](const auto& record) {
-      benchmark::DoNotOptimize(record.fields.data());
+      benchmark::DoNotOptimize(record.bars);
       records += record.complete();
     });
   }

@@ -72,14 +72,6 @@ std::uint32_t to_unsigned(std::string_view text) {
 
 double to_double(std::string_view text) { return std::strtod(std::string(text).c_str(), nullptr); }
 
-std::int32_t truncate_to_int(double value) {
-  constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
-  constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
-  if (value >= static_cast<double>(kMax)) return kMax;
-  if (value <= static_cast<double>(kMin)) return kMin;
-  return value == value ? static_cast<std::int32_t>(value) : 0;
-}
-
 std::int32_t percent_of(std::int32_t a, std::int32_t b) {
   if (b == 0) return 0;
   return truncate_to_int(static_cast<float>(a) / static_cast<float>(b) * 100.0f);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -49,7 +50,12 @@ namespace vantrel {
 }
 
 // Toward zero, saturated at the limits of 32 bits, NaN gives 0.
-[[nodiscard]] std::int32_t truncate_to_int(double value);
+[[nodiscard]] constexpr std::int32_t truncate_to_int(double value) {
+  constexpr std::int32_t kMin = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int32_t kMax = std::numeric_limits<std::int32_t>::max();
+  if (value > kMin && value < kMax) return static_cast<std::int32_t>(value);
+  return value >= kMax ? kMax : value <= kMin ? kMin : 0;
+}
 
 // a as a percentage of b in single precision, truncated; 0 when b is 0. 21 of 10 is 209.
 [[nodiscard]] std::int32_t percent_of(std::int32_t a, std::int32_t b);

@@ -15,6 +15,7 @@ bool load_rating(RatingLists& lists, const char* path) {
     const auto number = static_cast<std::size_t>(selector[0] - '0');
     lists.index.add(text, 0) |= RatingGroups::bit(number);
     lists.texts[number - 1].push_back(text);
+    lists.sizes |= RatingLists::size_bit(text);
   }
   return true;
 }

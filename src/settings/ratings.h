@@ -32,13 +32,19 @@ struct RatingLists {
   FileBuffer file;
   std::array<std::vector<std::string_view>, 3> texts;  // by group, in file order
   TextIndex index;                                     // the bits of every text's groups
+  std::uint64_t sizes = 0;                             // the bits of every text's size
 
+  [[nodiscard]] static std::uint64_t size_bit(std::string_view text) {
+    return std::uint64_t{1} << text.size() % 64;
+  }
   // number: 1 to 3.
   [[nodiscard]] const std::vector<std::string_view>& group(std::size_t number) const {
     return texts[number - 1];
   }
   // The groups with exactly this text.
   [[nodiscard]] RatingGroups groups_of(std::string_view text) const {
+    // Most texts of hits are in no list, and most of these have the size of none that is.
+    if ((sizes & size_bit(text)) == 0) return RatingGroups();
     const std::int32_t bits = index.find(text);
     return RatingGroups(bits == TextIndex::kNone ? 0 : bits);
   }

@@ -59,9 +59,7 @@ std::size_t AgentRating::search(std::string_view agent) const {
   return any_occurs(bad_, agent, pairs) ? 2 : 1;
 }
 
-std::size_t AgentRating::offset_of(std::string_view agent) {
-  const std::int32_t known = known_.find(agent);
-  if (known != TextIndex::kNone) return static_cast<std::size_t>(known);
+std::size_t AgentRating::search_and_remember(std::string_view agent) {
   const std::size_t offset = search(agent);
   bytes_ += agent.size() + sizeof(std::string);
   if (bytes_ > kMostBytes) return offset;

@@ -42,13 +42,17 @@ class AgentRating {
   explicit AgentRating(const RatingLists& lists);
 
   // 0 when a fragment of group 1 occurs in the agent, 2 when none does but one of group 3, else 1.
-  [[nodiscard]] std::size_t offset_of(std::string_view agent);
+  [[nodiscard]] std::size_t offset_of(std::string_view agent) {
+    const std::int32_t known = known_.find(agent);
+    return known != TextIndex::kNone ? static_cast<std::size_t>(known) : search_and_remember(agent);
+  }
 
  private:
   // What is remembered is bounded, so that the memory of a run does not grow with its hits.
   static constexpr std::size_t kMostBytes = 1 << 20;
 
   [[nodiscard]] std::size_t search(std::string_view agent) const;
+  [[nodiscard]] std::size_t search_and_remember(std::string_view agent);
 
   std::vector<AgentFragment> good_;
   std::vector<AgentFragment> bad_;

@@ -5,7 +5,7 @@
 // the last bar of a record falls into piece 0 of the next, which is never looked at.
 #pragma once
 
-#include <array>
+#include <algorithm>
 #include <cstdint>
 #include <ctime>
 #include <string>
@@ -13,8 +13,7 @@
 #include <vector>
 
 #include "base/clock.h"
-#include "base/files.h"
-#include "base/text.h"
+#include "traffic/log_reader.h"
 
 namespace vantrel {
 
@@ -48,44 +47,51 @@ void for_each_log_minute(MinuteWalk& walk, std::time_t start, double minutes, Vi
   }
 }
 
-// One record: its pieces in lower case, and how many of them the file holds.
+// One record: its pieces in lower case, as many as the file holds of it.
 template <std::size_t Length>
 struct Record {
-  std::array<std::string_view, Length> fields;
-  std::size_t count = 0;
-  std::uint32_t address = 0;  // field 1 as a number, for whoever announces records
+  const char* const* bars;    // in front of piece 0 and behind each piece
+  std::size_t count;          // of pieces, at most Length
+  std::uint32_t address = 0;  // piece 1 as a number, for whoever announces records
 
+  [[nodiscard]] bool has(std::size_t piece) const { return piece < count; }
   [[nodiscard]] bool complete() const { return count == Length; }
-  void read(Pieces& pieces) {
-    count = 0;
-    while (count < Length && pieces.next(fields[count])) ++count;
+  [[nodiscard]] std::string_view operator[](std::size_t piece) const {
+    return {bars[piece] + 1, bars[piece + 1]};
   }
 };
 
-// Reads a log into the buffer and calls visit(record) for each record; the last one may be
-// incomplete. Before that, while the record in front of it is still to be visited, it is given to
-// announce(record), so that what it will look up can be on its way from memory. A missing or
-// unreadable file delivers nothing.
+// Calls visit(record) for each record of a log; the last one may be incomplete. Before that, while
+// the record in front of it is still to be visited, it is given to announce(record), so that what
+// it will look up can be on its way from memory. A missing or unreadable file delivers nothing.
 template <std::size_t Length, typename Announce, typename Visit>
-void read_fields(FileBuffer& buffer, const std::string& path, Announce announce, Visit visit) {
-  if (!buffer.read(path.c_str())) return;
-  lower_case(buffer.data(), buffer.size());
-  Pieces pieces(buffer.text());
-  Record<Length> records[2];  // by turns the one to visit and the one behind it
-  records[0].read(pieces);
-  announce(records[0]);
-  for (std::size_t i = 0; records[i].count > 0; i = 1 - i) {
-    records[1 - i].read(pieces);
-    announce(records[1 - i]);
-    visit(records[i]);
+void read_fields(LogReader& log, const std::string& path, Announce announce, Visit visit) {
+  static_assert(Length <= LogReader::kMostKept);
+  if (!log.open(path.c_str())) return;
+  std::size_t visited = 0;
+  for (bool more = true; more;) {
+    more = log.read_on(visited);
+    const std::size_t pieces = more ? log.pieces() / Length * Length : log.pieces();
+    const auto record_at = [&](std::size_t piece) {
+      Record<Length> record{log.bars() + piece, std::min(pieces - piece, Length)};
+      announce(record);
+      return record;
+    };
+    Record<Length> next = record_at(0);
+    for (visited = 0; visited < pieces;) {
+      const Record<Length> record = next;
+      visited += record.count;
+      next = record_at(visited);
+      visit(record);
+    }
   }
 }
 
 // The same for a visitor that needs no announcement.
 template <std::size_t Length, typename Visit>
-void read_fields(FileBuffer& buffer, const std::string& path, Visit visit) {
+void read_fields(LogReader& log, const std::string& path, Visit visit) {
   read_fields<Length>(
-      buffer, path, [](const Record<Length>&) {}, visit);
+      log, path, [](const Record<Length>&) {}, visit);
 }
 
 }  // namespace vantrel

@@ -69,14 +69,15 @@ HitProcessor::HitProcessor(TradeStore& store, const TrafficSettings& traffic,
       traffic_(traffic),
       ratings_(ratings),
       cef_limit_(cef_limit),
+      rule_effects_(effects_of(traffic)),
       names_(index_names(store)),
       country_group_(group_countries(ratings)),
       agents_(ratings.agent) {}
 
 template <std::size_t Length>
 void HitProcessor::announce(Record<Length>& record) const {
-  if (record.count < 2) return;
-  record.address = ip_to_number(record.fields[1]);
+  if (!record.has(1)) return;
+  record.address = ip_to_number(record[1]);
   ratings_.ip.prefetch(record.address);
 }
 
@@ -95,43 +96,39 @@ void HitProcessor::process_out_file(const std::string& path) {
 // A record is credited field by field, as far as the file has it: what was reached of a record cut
 // short counts, only its score is lost.
 void HitProcessor::credit_in(const Record<kInFields>& record) {
-  const auto& fields = record.fields;
-  const auto has = [&record](std::size_t field) { return field < record.count; };
-  HitScore score(traffic_);
-  if (has(1)) rate_country(score, record.address, rule::kInCountry);
-  if (!has(2)) return;
-  TrafficCounters& trade = run_of(find_by_name(fields[2]));
+  HitScore score(rule_effects_);
+  if (record.has(1)) rate_country(score, record.address, rule::kInCountry);
+  if (!record.has(2)) return;
+  TrafficCounters& trade = run_of(find_by_name(record[2]));
   count(trade[slot::rin]);
-  if (has(4) && fields[4] == "0") {
+  if (record.has(4) && record[4] == "0") {
     count(trade[slot::uin]);
     score.apply_rule(rule::kInUnique);
   }
-  if (has(5)) rate_agent(score, fields[5], rule::kInAgent);
-  if (has(6)) {
-    const bool proxy = is_proxy(fields[6], fields[1]);
+  if (record.has(5)) rate_agent(score, record[5], rule::kInAgent);
+  if (record.has(6)) {
+    const bool proxy = is_proxy(record[6], record[1]);
     if (proxy) count(trade[slot::proxy_in]);
     score.apply_rule(proxy ? rule::kInProxy : rule::kInNoProxy);
   }
-  if (has(7)) rate_request(score, fields[7], rule::kInRequest);
-  if (has(8) && !fields[8].empty()) count(run_of(reserved::kMarked)[slot::rin]);
+  if (record.has(7)) rate_request(score, record[7], rule::kInRequest);
+  if (record.has(8) && !record[8].empty()) count(run_of(reserved::kMarked)[slot::rin]);
   if (record.complete()) score.add_to(trade[slot::rti]);
 }
 
 void HitProcessor::credit_out(const Record<kOutFields>& record) {
-  const auto& fields = record.fields;
-  const auto has = [&record](std::size_t field) { return field < record.count; };
-  HitScore score(traffic_);
-  if (has(1)) rate_country(score, record.address, rule::kOutCountry);
-  if (!has(2)) return;
-  TrafficCounters& source = run_of(find_by_name(fields[2]));
+  HitScore score(rule_effects_);
+  if (record.has(1)) rate_country(score, record.address, rule::kOutCountry);
+  if (!record.has(2)) return;
+  TrafficCounters& source = run_of(find_by_name(record[2]));
   count(source[slot::clk]);
-  score.apply_rule(fields[2] != "nocookie" ? rule::kOutCookie : rule::kOutNoCookie);
-  if (!has(3)) return;
-  if (fields[3] == "1") {
+  score.apply_rule(record[2] != "nocookie" ? rule::kOutCookie : rule::kOutNoCookie);
+  if (!record.has(3)) return;
+  if (record[3] == "1") {
     count(source[slot::ctg]);
     score.apply_rule(rule::kOutToGallery);
   }
-  const std::int32_t found = store_.ids.find(to_int(fields[3]));
+  const std::int32_t found = store_.ids.find(to_int(record[3]));
   if (found != IdIndex::kNone) use_up_guarantee(static_cast<std::size_t>(found));
   const std::size_t to =
       found == IdIndex::kNone ? reserved::kUnknown : static_cast<std::size_t>(found);
@@ -141,33 +138,33 @@ void HitProcessor::credit_out(const Record<kOutFields>& record) {
     score.apply_rule(rule::kOutToTrade);
   }
   count(target[slot::out]);
-  if (has(4)) rate_agent(score, fields[4], rule::kOutAgent);
-  if (has(5)) {
-    const bool proxy = is_proxy(fields[5], fields[1]);
+  if (record.has(4)) rate_agent(score, record[4], rule::kOutAgent);
+  if (record.has(5)) {
+    const bool proxy = is_proxy(record[5], record[1]);
     if (proxy) {
       count(target[slot::proxy_out]);
       count(source[slot::proxy_clk]);
     }
     score.apply_rule(proxy ? rule::kOutProxy : rule::kOutNoProxy);
   }
-  if (has(6)) rate_tag(score, fields[6]);
-  if (has(7)) {
-    if (to_int(fields[7]) > cef_limit_) {
+  if (record.has(6)) rate_tag(score, record[6]);
+  if (record.has(7)) {
+    if (to_int(record[7]) > cef_limit_) {
       score.apply_rule(rule::kOutOverLimit);
     } else {
       count(source[slot::cef]);
     }
   }
-  if (has(8) && !fields[8].empty()) {
-    const std::int32_t id = to_int(fields[8]);
+  if (record.has(8) && !record[8].empty()) {
+    const std::int32_t id = to_int(record[8]);
     const std::int32_t recorded = store_.ids.find(id);
     count(run_of(recorded == IdIndex::kNone ? reserved::kUnknown
                                             : static_cast<std::size_t>(recorded))[slot::rec]);
     if (id > 10) score.apply_rule(rule::kOutRecorded);
   }
-  if (has(9) && fields[9] == "0") score.apply_rule(rule::kOutFlag);
-  if (has(10)) rate_request(score, fields[10], rule::kOutRequest);
-  if (has(11) && fields[2] == "noref" && !fields[11].empty()) {
+  if (record.has(9) && record[9] == "0") score.apply_rule(rule::kOutFlag);
+  if (record.has(10)) rate_request(score, record[10], rule::kOutRequest);
+  if (record.has(11) && record[2] == "noref" && !record[11].empty()) {
     score.apply_rule(rule::kOutNoReferrer);
   }
   if (!record.complete()) return;

@@ -6,7 +6,6 @@
 #include <string_view>
 #include <vector>
 
-#include "base/files.h"
 #include "base/first_index.h"
 #include "settings/rating_tables.h"
 #include "settings/traffic_settings.h"
@@ -55,10 +54,11 @@ class HitProcessor {
   const TrafficSettings& traffic_;
   const RatingTables& ratings_;
   std::int32_t cef_limit_;
+  RuleEffects rule_effects_;
   TextIndex names_;                          // names of trades to positions
   std::vector<std::uint8_t> country_group_;  // by number in the address table, 0 for none
   AgentRating agents_;
-  FileBuffer log_;
+  LogReader log_;
 };
 
 }  // namespace vantrel
