@@ -125,6 +125,19 @@ void print_table(const std::vector<Column>& columns,
   }
 }
 
+void print_chart(const Json& rows, const char* key) {
+  std::int64_t most = 1;
+  for (const Json& row : rows) most = std::max(most, row["rin"].get<std::int64_t>());
+  std::vector<std::vector<std::string>> table;
+  for (const Json& row : rows) {
+    table.push_back({cell(row[key]), cell(row["rin"]), cell(row["uin"]), cell(row["out"]),
+                     cell(row["clk"]),
+                     bar(row["rin"].get<double>() / static_cast<double>(most), 40)});
+  }
+  print_table({{key}, {"in", true}, {"unique", true}, {"out", true}, {"clicks", true}, {""}},
+              table);
+}
+
 std::string number_text(double value) {
   char text[32];
   std::snprintf(text, sizeof text, "%.10g", value);

@@ -39,6 +39,10 @@ struct Column {
 void print_table(const std::vector<Column>& columns,
                  const std::vector<std::vector<std::string>>& rows);
 
+// Times or days, by the name of their member, as rows of the four counters a webmaster looks at,
+// with a bar for the incoming hits.
+void print_chart(const Json& rows, const char* key);
+
 [[nodiscard]] std::string number_text(double value);
 // A JSON value as a cell: texts printable, numbers short, null as a dash.
 [[nodiscard]] std::string cell(const Json& value);

@@ -79,20 +79,6 @@ void print_reserved(const Json& reserved) {
               rows);
 }
 
-void print_chart(const Json& rows, const char* key) {
-  std::int64_t most = 1;
-  for (const Json& row : rows) most = std::max(most, row["rin"].get<std::int64_t>());
-  std::vector<std::vector<std::string>> table;
-  for (const Json& row : rows) {
-    std::vector<std::string> line = {cell(row[key])};
-    for (const char* measure : kMeasures) line.push_back(cell(row[measure]));
-    line.push_back(bar(row["rin"].get<double>() / static_cast<double>(most), 40));
-    table.push_back(std::move(line));
-  }
-  print_table({{key}, {"in", true}, {"unique", true}, {"out", true}, {"clicks", true}, {""}},
-              table);
-}
-
 }  // namespace
 
 void print_site(const Json& view) {

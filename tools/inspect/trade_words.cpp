@@ -127,18 +127,6 @@ void print_windows(const Json& view) {
               rows);
 }
 
-// Times and days as rows of the four counters a webmaster looks at, with a bar for the incoming.
-void print_chart(const Json& rows, const char* key) {
-  std::int32_t most = 1;
-  for (const Json& row : rows) most = std::max(most, row["rin"].get<std::int32_t>());
-  std::vector<std::vector<std::string>> table;
-  for (const Json& row : rows) {
-    table.push_back({cell(row[key]), cell(row["rin"]), cell(row["uin"]), cell(row["out"]),
-                     cell(row["clk"]), bar(row["rin"].get<double>() / most, 40)});
-  }
-  print_table({{key}, {"rin", true}, {"uin", true}, {"out", true}, {"clk", true}, {""}}, table);
-}
-
 }  // namespace
 
 void print_trade(const Json& view) {
