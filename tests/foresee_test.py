@@ -83,6 +83,9 @@ def entries(path):
         yield ident, weight, second, state, skim
 
 
+STATES = ['normal', 'quota or guarantee', 'forced 1', 'forced 2']
+
+
 class Checker:
     def __init__(self, work):
         self.work, self.checks, self.failures, self.lists, self.ends = work, 0, 0, 0, 0
@@ -113,34 +116,38 @@ class Checker:
             os.remove(written)
         before = tree(copy)
         shown = self.start(copy, moment, zone, 'vantrel-inspect', 'preview', '--hits', '--list-file', foreseen)
-        self.expect(tree(copy) == before, f'{what}: preview changed the site')
+        stories = self.start(copy, moment, zone, 'vantrel-inspect', 'why', '--all', '--hits', '--json')
+        self.expect(tree(copy) == before, f'{what}: looking changed the site')
         self.start(site, moment, zone, 'vantrel-cron')
         if not os.path.exists(written):
             self.ends += 1
-            self.expect(shown.returncode == 2 and not os.path.exists(foreseen), f'{what}: the run has no list')
+            self.expect(shown.returncode == 2 and stories.returncode == 1 and not os.path.exists(foreseen),
+                        f'{what}: the run has no list')
             return
         self.lists += 1
         same = os.path.exists(foreseen) and open(foreseen, 'rb').read() == open(written, 'rb').read()
         self.expect(same, f'{what}: another list than foreseen\n{shown.stderr.decode()}')
-        self.explain(what, site, moment, zone)
+        listed = list(entries(written))
+        told = [self.told(story) for story in json.loads(stories.stdout)['data']['trades']]
+        self.expect(sorted(rank for rank, _, _ in told) == list(range(1, len(told) + 1)), f'{what}: ranks')
+        self.expect([entry for _, is_listed, entry in sorted(told) if is_listed] == listed, f'{what}: why tells another list')
+        self.explain(what, site, moment, zone, listed)
 
-    def explain(self, what, site, moment, zone):
-        rank = 0
-        seen = set()
-        states = ['normal', 'quota or guarantee', 'forced 1', 'forced 2']
-        for ident, weight, second, state, skim in entries(f'{site}/d/out.lst'):
-            if ident in seen:
-                continue  # an id that stands twice names the first one only
-            seen.add(ident)
-            shown = self.start(site, moment, zone, 'vantrel-inspect', 'why', str(ident), '--json')
-            if shown.returncode != 0:
-                self.expect(False, f'{what}: why {ident}: {shown.stderr.decode()}')
-                continue
-            result = json.loads(shown.stdout)['data']['result']
-            self.expect((result['weight'], result['second_weight'], result['listed']) == (weight, second, True) and
-                        result['rank'] > rank and result['state'] == states[state],
-                        f'{what}: why {ident}: {result}, the list has {weight} {second} {state}')
-            rank = result['rank']
+    def explain(self, what, site, moment, zone, listed):
+        """The list once more, from what is stored now: but entries of one id share their windows then."""
+        stories = self.start(site, moment, zone, 'vantrel-inspect', 'why', '--all', '--json')
+        told = [self.told(story) for story in json.loads(stories.stdout)['data']['trades']]
+        if len({entry[0] for _, _, entry in told}) < len(told):
+            return
+        order = [entry[:3] for _, _, entry in sorted(told)]
+        places = [order.index(entry[:3]) if entry[:3] in order else -1 for entry in listed]
+        self.expect(-1 not in places and places == sorted(places), f'{what}: why of the stored windows')
+
+    def told(self, story):
+        result = story['result']
+        skim = -1 if result['skim'] is None else result['skim']
+        state = STATES.index(result['state']) if result['state'] in STATES else 0
+        return result['rank'], result['listed'], (story['id'], result['weight'], result['second_weight'], state, skim)
 
 
 def made_sites(checker):

@@ -28,7 +28,8 @@ struct Options {
   EventsQuery events;
   std::string csv;
   std::string page_file;
-  std::optional<int> hour;
+  bool all = false;
+  ForesightQuery foresight;
   std::vector<std::string> with;
   PreviewQuery preview;
   std::vector<std::string> sites;
@@ -50,11 +51,26 @@ std::vector<std::pair<std::string, std::string>> replacements(
 
 // What names files of the place where the program was started, before it goes to the site.
 void take_paths(Options& options) {
-  options.preview.with = replacements(options.with);
-  options.preview.hour = options.hour;
+  options.foresight.with = replacements(options.with);
+  options.preview.foresight = options.foresight;
   for (std::string* file : {&options.preview.list_file, &options.page_file}) {
     if (!file->empty()) *file = std::filesystem::absolute(*file);
   }
+}
+
+void add_foresight(CLI::App& command, Options& options) {
+  command.add_option("--with", options.with, "Another file in the place of a settings file")
+      ->type_name("FILE=OTHER");
+  command.add_option("--hour", options.foresight.hour, "Quotas of this hour of the day")
+      ->check(CLI::Range(0, 23))
+      ->type_name("H");
+  command.add_flag("--hits", options.foresight.hits,
+                   "Credit the logs a run started now would read");
+}
+
+Json why(const Options& options) {
+  if (options.trade.empty() != options.all) throw WrongUsage{"why takes a trade, or --all"};
+  return why_view(options.all ? std::nullopt : std::optional(options.trade), options.foresight);
 }
 
 void add_commands(CLI::App& app, Options& options) {
@@ -83,17 +99,11 @@ void add_commands(CLI::App& app, Options& options) {
       ->check(CLI::Range(1, 1000000).description(""));
   app.add_subcommand("list", "The outgoing list as visitors will see it");
   CLI::App* why = app.add_subcommand("why", "Why a trade stands where it does, step by step");
-  why->add_option("trade", options.trade, "Its name or id")->required()->type_name("NAME|ID");
-  why->add_option("--hour", options.hour, "Quotas of this hour instead of the present one")
-      ->check(CLI::Range(0, 23))
-      ->type_name("H");
+  why->add_option("trade", options.trade, "Its name or id")->type_name("NAME|ID");
+  why->add_flag("--all", options.all, "All of them, a sentence each");
+  add_foresight(*why, options);
   CLI::App* preview = app.add_subcommand("preview", "The next list beside the present one");
-  preview->add_option("--with", options.with, "Another file in the place of a settings file")
-      ->type_name("FILE=OTHER");
-  preview->add_option("--hour", options.hour, "Quotas of this hour instead of the next run's")
-      ->check(CLI::Range(0, 23))
-      ->type_name("H");
-  preview->add_flag("--hits", options.preview.hits, "Credit the logs a run started now would read");
+  add_foresight(*preview, options);
   preview->add_flag("--changed", options.preview.changed, "The largest changes first");
   preview->add_option("--list-file", options.preview.list_file, "Write the list's bytes there")
       ->type_name("FILE");
@@ -137,7 +147,7 @@ struct View {
 View view_of(const std::string& command) {
   if (command == "list") return {[](const Options&) { return list_view(); }, print_list};
   if (command == "why") {
-    return {[](const Options& o) { return why_view(o.trade, o.hour); }, print_why};
+    return {why, print_why};
   }
   if (command == "preview") {
     return {[](const Options& o) { return preview_view(o.preview); }, print_preview};

@@ -27,25 +27,6 @@ bool is_one_of(const std::string& path, std::span<const char* const> paths) {
   return std::find(paths.begin(), paths.end(), path) != paths.end();
 }
 
-Assumptions assumptions_of(const PreviewQuery& query) {
-  Assumptions assumptions;
-  assumptions.moment = query.hits ? Moment::run_now : Moment::next_run;
-  assumptions.hour = query.hour;
-  for (const auto& [path, other] : query.with) {
-    const bool of_hits = is_one_of(path, kOfHits);
-    if (!of_hits && !is_one_of(path, kOfEveryList)) {
-      throw WrongUsage{"--with cannot stand for " + printable(path)};
-    }
-    if (of_hits && !query.hits) {
-      throw WrongUsage{printable(path) + " has a say in hits only: use --hits with it"};
-    }
-    if (!is_regular(other)) throw WrongUsage{"there is no file " + printable(other)};
-    if (!may_read(other)) throw WrongUsage{printable(other) + " cannot be read"};
-    assumptions.with.insert_or_assign(path, other);
-  }
-  return assumptions;
-}
-
 // One side of the comparison: a list's entries with their places and shares.
 struct Place {
   std::size_t rank;
@@ -170,10 +151,29 @@ std::string share_cell(const Json& side) {
 
 }  // namespace
 
+Assumptions assumptions_of(const ForesightQuery& query, Moment otherwise) {
+  Assumptions assumptions;
+  assumptions.moment = query.hits ? Moment::run_now : otherwise;
+  assumptions.hour = query.hour;
+  for (const auto& [path, other] : query.with) {
+    const bool of_hits = is_one_of(path, kOfHits);
+    if (!of_hits && !is_one_of(path, kOfEveryList)) {
+      throw WrongUsage{"--with cannot stand for " + printable(path)};
+    }
+    if (of_hits && !query.hits) {
+      throw WrongUsage{printable(path) + " has a say in hits only: use --hits with it"};
+    }
+    if (!is_regular(other)) throw WrongUsage{"there is no file " + printable(other)};
+    if (!may_read(other)) throw WrongUsage{printable(other) + " cannot be read"};
+    assumptions.with.insert_or_assign(path, other);
+  }
+  return assumptions;
+}
+
 Json preview_view(const PreviewQuery& query) {
-  const Forecast forecast = foresee(assumptions_of(query));
-  Json view = {{"hour", forecast.run.clock.run_hour}, {"hits", query.hits}};
-  if (query.hits) view["minutes"] = forecast.run.catch_up_minutes;
+  const Forecast forecast = foresee(assumptions_of(query.foresight, Moment::next_run));
+  Json view = {{"hour", forecast.run.clock.run_hour}, {"hits", query.foresight.hits}};
+  if (query.foresight.hits) view["minutes"] = forecast.run.catch_up_minutes;
   view["events"] = events_json(forecast);
   if (!forecast.reaches_list) {
     view["status"] = 2;

@@ -16,9 +16,12 @@ namespace vantrel::inspect {
 void print_list(const Json& view);
 
 // Why a trade stands where it does in the list that the stored windows and the present settings
-// give: a tree of steps {"value", "description", "details": [steps]}, "result" and a sentence. hour:
-// for quotas, that of now if there is none. Throws Unavailable when there is no such trade.
-[[nodiscard]] Json why_view(const std::string& name_or_id, std::optional<int> hour);
+// give: a tree of steps {"value", "description", "details": [steps]}, "result" and a sentence; of
+// all trades, "trades" in ranking order, without a name. Throws Unavailable when there is no such
+// trade or would be no list.
+struct ForesightQuery;
+[[nodiscard]] Json why_view(const std::optional<std::string>& name_or_id,
+                            const ForesightQuery& query);
 void print_why(const Json& view);
 
 // All trades, or those at the top, sorted by a column; without one in the order of the index, or by

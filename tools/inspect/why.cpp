@@ -1,6 +1,7 @@
 #include <iostream>
 
 #include "base/text.h"
+#include "preview.h"
 #include "site.h"
 #include "story.h"
 #include "views.h"
@@ -301,18 +302,32 @@ Json why_json(const Story& story) {
       {"sentence", sentence_of(story)}};
 }
 
-Json why_view(const std::string& name_or_id, std::optional<int> hour) {
-  Assumptions assumptions;
-  assumptions.hour = hour;
-  const Forecast forecast = foresee_list(assumptions);
-  const std::size_t position = find_trade(forecast.run.store, name_or_id);
-  return why_json(story_of(forecast, rank_of(forecast, position)));
+Json why_view(const std::optional<std::string>& name_or_id, const ForesightQuery& query) {
+  const Forecast forecast = foresee_list(assumptions_of(query, Moment::between_runs));
+  if (name_or_id) {
+    const std::size_t position = find_trade(forecast.run.store, *name_or_id);
+    return why_json(story_of(forecast, rank_of(forecast, position)));
+  }
+  Json stories = Json::array();
+  for (std::size_t rank = 0; rank < forecast.ranked.size(); ++rank) {
+    stories.push_back(why_json(story_of(forecast, rank)));
+  }
+  Json view;
+  view["trades"] = std::move(stories);
+  return view;
 }
 
 void print_why(const Json& view) {
+  if (view.contains("trades")) {
+    std::vector<std::vector<std::string>> rows;
+    for (const Json& story : view["trades"]) {
+      rows.push_back({cell(story["id"]), cell(story["name"]), cell(story["sentence"])});
+    }
+    print_table({{"id", true}, {"name"}, {"why"}}, rows);
+    return;
+  }
   std::cout << coloured(Colour::bold, cell(view["name"])) << ", id " << cell(view["id"])
-            << ", judged from the windows of the last run for hour " << cell(view["hour"])
-            << "\n\n";
+            << ", judged for hour " << cell(view["hour"]) << "\n\n";
   for (const Json& node : view["tree"]["details"]) print_step(node, "");
   std::cout << '\n' << cell(view["sentence"]) << '\n';
 }
