@@ -6,8 +6,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <utility>
 
@@ -49,54 +47,9 @@ bool write_fully(const char* bytes, std::size_t size, Write write) {
   return true;
 }
 
-// Gives the file that takes another one's place its owner, group and mode. False when somebody
-// would lose access by it: an unprivileged run cannot give files away, and then only a mode that
-// means the same for everybody keeps its meaning.
-bool take_over_access(const File& from, const File& to) {
-  struct stat status {};
-  if (::fstat(from.descriptor(), &status) != 0) return false;
-  const mode_t others = status.st_mode & 7;
-  const bool same_for_all =
-      (status.st_mode >> 3 & 7) == others && (status.st_mode >> 6 & 7) == others;
-  const bool given = ::fchown(to.descriptor(), status.st_uid, status.st_gid) == 0;
-  return (given || same_for_all) && ::fchmod(to.descriptor(), status.st_mode & 07777) == 0;
-}
-
-// Opens the file beside the one to replace, empty and for this run alone. Another run that is at
-// the same point, held up by a slow disk, is waited for; a killed one has let go of its lock.
-File open_beside(const char* path) {
-  constexpr int kMostTurns = 100;
-  for (int turn = 0; turn < kMostTurns; ++turn) {
-    File file = open_file(path, O_WRONLY | O_CREAT | O_NOFOLLOW);
-    if (!file.is_open()) return file;
-    struct flock whole {};
-    whole.l_type = F_WRLCK;
-    whole.l_whence = SEEK_SET;
-    while (::fcntl(file.descriptor(), F_SETLKW, &whole) != 0 && errno == EINTR) continue;
-    struct stat opened {};
-    struct stat named {};
-    const bool same = ::fstat(file.descriptor(), &opened) == 0 && ::lstat(path, &named) == 0 &&
-                      opened.st_ino == named.st_ino && opened.st_dev == named.st_dev;
-    if (same && opened.st_nlink == 1) return file;
-    // Else it was renamed away while this run waited; or it is another file as well, as copies by
-    // hard links make it, which must not be written over.
-    if (same && ::unlink(path) != 0) return File();
-  }
-  errno = EBUSY;
-  return File();
-}
-
-// The folder does not let this run make or rename files.
-bool no_new_file_allowed(int error) { return error == EACCES || error == EPERM || error == EROFS; }
-
-bool no_room(int error) { return error == ENOSPC || error == EDQUOT; }
-
-// The path behind symbolic links, so that the file is replaced and not the link to it.
-std::string resolved(const char* path) {
-  char* real = ::realpath(path, nullptr);
-  std::string target = real != nullptr ? real : path;
-  std::free(real);
-  return target;
+FileVersion version_from(const struct stat& status) {
+  return {status.st_dev, status.st_ino, static_cast<std::uint64_t>(status.st_size),
+          status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
 }  // namespace
@@ -109,14 +62,14 @@ File::File(int descriptor) : descriptor_(descriptor) {
     close();
   } else if (S_ISREG(status.st_mode)) {
     regular_ = true;
-    size_ = static_cast<std::uint64_t>(status.st_size);
+    version_ = version_from(status);
   }
 }
 
 File::File(File&& other) noexcept
     : descriptor_(std::exchange(other.descriptor_, -1)),
       regular_(other.regular_),
-      size_(other.size_) {}
+      version_(other.version_) {}
 
 bool File::close() {
   const int descriptor = std::exchange(descriptor_, -1);
@@ -132,6 +85,23 @@ File open_to_update(const char* path) {
   if (const Rehearsal* tried = Rehearsal::current()) return tried->open(path, true);
   return open_file(path, O_RDWR);
 }
+
+File open_new_file(const char* path) {
+  constexpr mode_t kOwnerOnly = 0600;
+  constexpr int kFlags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOCTTY;
+  int descriptor = ::open(path, kFlags, kOwnerOnly);
+  if (descriptor < 0 && errno == EEXIST && ::unlink(path) == 0) {
+    descriptor = ::open(path, kFlags, kOwnerOnly);
+  }
+  return File(descriptor);
+}
+
+FileVersion version_of(const char* path) {
+  struct stat status {};
+  return ::stat(path, &status) == 0 ? version_from(status) : FileVersion{};
+}
+
+bool is_no_room(int error) { return error == ENOSPC || error == EDQUOT; }
 
 std::ptrdiff_t read_at(const File& file, void* bytes, std::size_t size, std::uint64_t offset) {
   if (!file.is_regular()) return 0;
@@ -167,6 +137,8 @@ bool write_all(int descriptor, std::string_view text) {
                      });
 }
 
+void cut_file(const File& file, std::uint64_t size) { static_cast<void>(set_size(file, size)); }
+
 bool can_be_opened(const char* path) { return open_to_read(path).is_open(); }
 
 void FileBuffer::make_room(std::size_t capacity) {
@@ -184,6 +156,7 @@ bool FileBuffer::read(const char* path) {
   }
   const File file = open_to_read(path);
   if (!file.is_open()) return false;
+  version_ = file.version();
   if (fill(file)) return true;
   size_ = 0;
   return false;
@@ -209,84 +182,63 @@ bool FileBuffer::fill(const File& file) {
   }
 }
 
-bool append_to_file(const char* path, std::string_view text, Torn torn) {
-  if (Rehearsal* tried = Rehearsal::current()) return tried->append(path, text);
+bool append_to_file(const char* path, std::string_view text, Torn torn, Appended* where) {
+  if (Rehearsal* tried = Rehearsal::current()) {
+    if (where != nullptr) where->begin = version_of(path).size;
+    return tried->append(path, text);
+  }
   File file = open_file(path, O_WRONLY | O_CREAT | O_APPEND);
   if (!file.is_open()) return false;
-  const std::uint64_t before = torn == Torn::cut ? file.size() : 0;
-  if (write_all(file.descriptor(), text)) return file.close();
-  if (torn == Torn::cut) static_cast<void>(set_size(file, before));
+  if (write_all(file.descriptor(), text)) {
+    if (where != nullptr) {
+      // Others may have appended since the file was opened.
+      const auto end = static_cast<std::uint64_t>(::lseek(file.descriptor(), 0, SEEK_CUR));
+      where->begin = end - text.size();
+    }
+    return file.close();
+  }
+  if (where != nullptr) where->no_room = is_no_room(errno);
+  if (torn == Torn::cut) static_cast<void>(set_size(file, file.size()));
   return false;
 }
 
 bool write_scratch_file(const char* path, std::string_view text) {
   if (Rehearsal* tried = Rehearsal::current()) return tried->write(path, text);
-  File file = open_file(path, O_WRONLY | O_CREAT | O_TRUNC);
+  File file = open_file(path, O_WRONLY | O_CREAT);
   if (!file.is_open()) return false;
-  write_all(file.descriptor(), text);
+  const bool written = write_at(file, text.data(), text.size(), 0);
+  if (!written || file.size() > text.size()) {
+    static_cast<void>(set_size(file, written ? text.size() : 0));
+  }
   file.close();
   return true;
 }
 
-bool overwrite_file(const char* path, std::string_view text, Growth growth) {
+bool take_room(const File& file, std::uint64_t size) {
+#ifdef FALLOC_FL_KEEP_SIZE
+  if (::fallocate(file.descriptor(), FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(size)) != 0) {
+    return !is_no_room(errno);
+  }
+#endif
+  return true;
+}
+
+bool overwrite_file(const char* path, std::string_view text) {
   if (Rehearsal* tried = Rehearsal::current()) return tried->write(path, text);
   File file = open_to_overwrite(path);
   if (!file.is_open()) return false;
-  // What will be written over; the rest stays until all of the text is there.
+  if (text.size() > file.size() && file.is_regular() && !take_room(file, text.size())) return false;
+  // What will be written over; the rest stays until all of the text is there. One that cannot be
+  // read cannot be put back.
   std::string old(std::min<std::size_t>(text.size(), file.size()), '\0');
-  const std::ptrdiff_t kept = read_at(file, old.data(), old.size(), 0);
-  if (kept < 0 && errno != EBADF) return false;  // one that may only be written cannot be put back
-  old.resize(static_cast<std::size_t>(std::max<std::ptrdiff_t>(kept, 0)));
-  const bool extend =
-      growth == Growth::before_writing && text.size() > file.size() && file.is_regular();
-  const bool written = (!extend || set_size(file, text.size())) &&
-                       write_at(file, text.data(), text.size(), 0) &&
+  old.resize(static_cast<std::size_t>(
+      std::max<std::ptrdiff_t>(read_at(file, old.data(), old.size(), 0), 0)));
+  const bool written = write_at(file, text.data(), text.size(), 0) &&
                        (text.size() >= file.size() || set_size(file, text.size()));
   if (written) return file.close();
   static_cast<void>(write_at(file, old.data(), old.size(), 0));
   static_cast<void>(set_size(file, file.size()));
   return false;
-}
-
-bool room_to_replace(const char* path) {
-  if (Rehearsal::current() != nullptr) return true;
-  const File old = open_to_read(path);
-  if (old.size() == 0) return true;
-  const std::string beside = resolved(path) + ".new";
-  const File file = open_beside(beside.c_str());
-  if (!file.is_open()) return !no_room(errno);
-  if (!file.is_regular()) return true;
-  const int error = ::posix_fallocate(file.descriptor(), 0, static_cast<off_t>(old.size()));
-  ::unlink(beside.c_str());
-  return !no_room(error);
-}
-
-bool replace_file(const char* path, std::string_view text) {
-  if (Rehearsal* tried = Rehearsal::current()) return tried->write(path, text);
-  const File old = open_file(path, O_WRONLY);
-  if (!old.is_open() && errno != ENOENT) return false;
-  if (old.is_open() && !old.is_regular()) return overwrite_file(path, text);
-
-  const std::string target = resolved(path);
-  const std::string beside = target + ".new";
-  File file = open_beside(beside.c_str());
-  if (!file.is_open()) {
-    const bool in_place =
-        no_new_file_allowed(errno) || errno == ELOOP || errno == EISDIR || errno == ENXIO;
-    return in_place && overwrite_file(path, text);
-  }
-  if (!file.is_regular()) return overwrite_file(path, text);
-  if (old.is_open() && !take_over_access(old, file)) {
-    ::unlink(beside.c_str());
-    return overwrite_file(path, text);
-  }
-  const bool on_disk = set_size(file, 0) && write_at(file, text.data(), text.size(), 0) &&
-                       ::fsync(file.descriptor()) == 0;
-  // Renamed before it is closed: closing lets go of the lock.
-  if (on_disk && ::rename(beside.c_str(), target.c_str()) == 0) return true;
-  const bool in_place = on_disk && no_new_file_allowed(errno);
-  ::unlink(beside.c_str());
-  return in_place && overwrite_file(path, text);
 }
 
 }  // namespace vantrel

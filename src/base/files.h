@@ -7,14 +7,32 @@
 // (base/rehearsal.h) none of them changes the disk.
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstddef>
 #include <cstdint>
+#include <ctime>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
 
 namespace vantrel {
+
+// Tells one state of a file from the next: a file that was written to, or another one of the same
+// name, has another version.
+struct FileVersion {
+  dev_t device = 0;
+  ino_t inode = 0;
+  std::uint64_t size = 0;
+  std::time_t modified = 0;
+  long nanoseconds = 0;
+
+  bool operator==(const FileVersion&) const = default;
+};
+
+// That of no file when there is none.
+[[nodiscard]] FileVersion version_of(const char* path);
 
 // A file descriptor that closes itself. Negative when nothing is open.
 class File {
@@ -31,20 +49,27 @@ class File {
   // A regular file; others have no contents and no length.
   [[nodiscard]] bool is_regular() const { return regular_; }
   // Its length when it was opened, in bytes.
-  [[nodiscard]] std::uint64_t size() const { return size_; }
+  [[nodiscard]] std::uint64_t size() const { return version_.size; }
+  // As it was when it was opened.
+  [[nodiscard]] const FileVersion& version() const { return version_; }
   // For written files: false when the system reports a late write error.
   bool close();
 
  private:
   int descriptor_ = -1;
   bool regular_ = false;
-  std::uint64_t size_ = 0;
+  FileVersion version_;
 };
 
 // Opens for reading without waiting for anything.
 [[nodiscard]] File open_to_read(const char* path);
 // Opens an existing file for reading and writing, its contents kept.
 [[nodiscard]] File open_to_update(const char* path);
+// Makes a file that only the run may read, for writing; what has the name already is removed.
+[[nodiscard]] File open_new_file(const char* path);
+
+// The disk, or the user's share of it, is full.
+[[nodiscard]] bool is_no_room(int error);
 
 // Reads up to size bytes at offset; the number read, fewer only at the end of the file, or -1.
 // A directory or a device reads as an empty file.
@@ -53,6 +78,9 @@ class File {
 // Writes all bytes at offset.
 [[nodiscard]] bool write_at(const File& file, const void* bytes, std::size_t size,
                             std::uint64_t offset);
+
+// Cuts a file that is open for writing.
+void cut_file(const File& file, std::uint64_t size);
 
 [[nodiscard]] bool can_be_opened(const char* path);
 
@@ -67,6 +95,8 @@ class FileBuffer {
   // For changes in place.
   [[nodiscard]] char* data() { return bytes_.get(); }
   [[nodiscard]] std::size_t size() const { return size_; }
+  // Of the file when it was opened.
+  [[nodiscard]] const FileVersion& version() const { return version_; }
 
  private:
   bool take(std::string_view text);
@@ -76,6 +106,7 @@ class FileBuffer {
   std::unique_ptr<char[]> bytes_;
   std::size_t size_ = 0;
   std::size_t capacity_ = 0;
+  FileVersion version_;
 };
 
 // What to do with the part that arrived when an append fails half way (a full disk).
@@ -84,38 +115,30 @@ enum class Torn {
   cut,   // the run is the only writer: cut it, so that the next record starts where it should
 };
 
-// Creates the file if it is missing. Not flushed to disk.
-[[nodiscard]] bool append_to_file(const char* path, std::string_view text, Torn torn);
-
-// Empties the file, then writes it: for scratch files only. False when it cannot be opened; whether
-// the text arrived is for the caller to read back.
-[[nodiscard]] bool write_scratch_file(const char* path, std::string_view text);
-
-// How a file that is overwritten in place gets longer. The system makes a file longer block by
-// block while it writes, and a reader can come between two blocks.
-enum class Growth {
-  while_writing,   // one write: a run killed at any call leaves the old contents or the new ones
-  before_writing,  // the length first, zeros behind the old end: a reader never meets a torn length
+// Where an append ended up.
+struct Appended {
+  std::uint64_t begin = 0;  // in the file
+  bool no_room = false;     // why it failed
 };
 
-// For a file that stays in place because others hold or read it at any moment: written over the old
-// contents as one buffer, and only then cut to its new length, so that a reader never meets an
-// empty or a short file. When the write fails the old contents are put back, if the file may be
+// Creates the file if it is missing. Not flushed to disk.
+[[nodiscard]] bool append_to_file(const char* path, std::string_view text, Torn torn,
+                                  Appended* where = nullptr);
+
+// For scratch files: written over what stands there, which keeps the room it has on a full disk.
+// False when it cannot be opened, with the system's reason in errno; when the text does not arrive
+// the file is empty, which is for the caller to read back.
+[[nodiscard]] bool write_scratch_file(const char* path, std::string_view text);
+
+// Writes the text over the old contents in one write, and only then cuts the file to its new
+// length, so that a reader never meets an empty or a short file. Room is taken before anything is
+// overwritten; when the write fails all the same the old contents are put back, if the file may be
 // read as well. Creates the file if it is missing. Not flushed to disk.
-[[nodiscard]] bool overwrite_file(const char* path, std::string_view text,
-                                  Growth growth = Growth::while_writing);
+[[nodiscard]] bool overwrite_file(const char* path, std::string_view text);
 
-// For what cannot be rebuilt: the new text is written beside the file (name + ".new"), flushed to
-// disk and renamed over it, so that a kill or a power cut leaves the old file or the new one. The
-// mode is kept, and the owner where the system allows. A leftover of a killed run is used again,
-// and two runs that overlap take turns. A file that is no regular file, whose folder takes no new
-// file, or whose new owner would lock somebody out, is overwritten in place instead. On failure,
-// and when the existing file is not writable, the old file is whole.
-[[nodiscard]] bool replace_file(const char* path, std::string_view text);
-
-// Is there room on the disk for the file that replace_file() writes beside this one, if it is as
-// long as this one? Tried by taking the room and giving it back. True where it cannot be known.
-[[nodiscard]] bool room_to_replace(const char* path);
+// Takes the room that a file of that length needs, without making it longer. False when there is
+// none; true where it cannot be known.
+[[nodiscard]] bool take_room(const File& file, std::uint64_t size);
 
 // All of text to an open descriptor, with no offset of its own (a pipe, the standard output).
 bool write_all(int descriptor, std::string_view text);

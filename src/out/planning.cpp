@@ -7,6 +7,7 @@
 
 #include "base/files.h"
 #include "base/numbers.h"
+#include "base/replace_file.h"
 #include "base/text.h"
 #include "out/out_list.h"
 #include "run/error_page.h"
@@ -169,7 +170,7 @@ bool plan_outgoing(std::vector<TradeWork>& works, const OutSettings& settings,
     return false;
   }
   header.track = *track;
-  if (!overwrite_file(kOutListFile, encode_out_list(header, works, hour), Growth::before_writing)) {
+  if (!replace_file(kOutListFile, encode_out_list(header, works, hour), Flush::no)) {
     report(event::out_list_unwritable);
   }
   return true;

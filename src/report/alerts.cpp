@@ -7,6 +7,7 @@
 
 #include "base/files.h"
 #include "base/numbers.h"
+#include "base/replace_file.h"
 #include "base/shell.h"
 #include "base/text.h"
 #include "run/event_log.h"

@@ -1,9 +1,12 @@
 #include "run/driver.h"
 
+#include "base/replace_file.h"
 #include "history/history.h"
+#include "out/out_list.h"
 #include "out/planning.h"
 #include "report/alerts.h"
 #include "run/end_check.h"
+#include "run/event_log.h"
 #include "settings/dynamic_skim.h"
 #include "settings/rating_tables.h"
 #include "settings/traffic_settings.h"
@@ -14,6 +17,10 @@
 
 namespace vantrel {
 namespace {
+
+// What is stored beside the old file first: a killed run leaves the new one behind.
+constexpr const char* kReplacedFiles[] = {kSummaryFile, kSettingsFile, kOutListFile,
+                                          kRunHistoryFile, "d/alerts"};
 
 // Settings that only hit processing needs; they are gone when it is done.
 struct TrafficTables {
@@ -31,14 +38,32 @@ void process_hit_logs(Run& run, const TrafficTables& tables) {
                       });
 }
 
+// A full disk may hold what is due to go, and a run that ends for want of room would never remove
+// it.
+[[nodiscard]] bool disk_passes(DiskFault (*check)(), const StartClock& clock) {
+  DiskFault fault = check();
+  if (fault.full) {
+    make_room(clock.pruning_time());
+    fault = check();
+  }
+  if (fault.event != nullptr) report(*fault.event);
+  return fault.event == nullptr;
+}
+
 }  // namespace
 
 // May this run touch the databases? The trade index comes before the guard, so that a run without
-// one leaves no trace in the run history.
+// one leaves no trace in the run history; the look for room behind the guard, because a second run
+// of a minute must do nothing, and before the note, because a noted minute is never counted again.
 bool open_run(Run& run) {
   run.clock = take_start_clock();
-  return !sleep_gate_closed(run.clock) && check_disk() && !ran_this_minute() &&
-         load_trade_index(run.store) && room_for_totals() && guard_run(run.history);
+  if (sleep_gate_closed(run.clock) || !disk_passes(check_disk, run.clock) || ran_this_minute() ||
+      !load_trade_index(run.store) || !read_run_history(run.history) ||
+      !disk_passes(check_room_for_totals, run.clock) || !note_run(run.history)) {
+    return false;
+  }
+  remove_leftovers(kReplacedFiles);
+  return true;
 }
 
 bool load_store(Run& run) {

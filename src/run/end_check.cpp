@@ -1,12 +1,14 @@
 #include "run/end_check.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "base/clock.h"
 #include "base/files.h"
 #include "base/numbers.h"
+#include "base/replace_file.h"
 #include "base/shell.h"
 #include "base/text.h"
 #include "run/event_log.h"
@@ -20,6 +22,8 @@ constexpr std::string_view kRequested = "1";
 constexpr std::string_view kNormal = "2";
 constexpr std::string_view kCheckTotals = "3";
 constexpr std::string_view kInconsistent = "666";
+
+constexpr std::size_t kMostRuns = 30;  // in the run history
 
 bool summary_has_negative_values() {
   FileBuffer file;
@@ -52,17 +56,27 @@ bool history_has_gap(const RunHistory& history) {
   return false;
 }
 
-void shorten_history(const RunHistory& history) {
-  constexpr std::size_t kMostRuns = 30;
+// The newest stamps, when there are too many. A run that has lasted for minutes must not take away
+// those of the runs that came and went: when the file is not as this run left it, it holds them.
+std::optional<std::string> shortened(RunHistory history, std::string_view text) {
   constexpr std::size_t kRunsKept = 20;
-  if (history.count <= kMostRuns) return;
-  std::string text;
-  for (std::size_t i = history.stamps.size() - kRunsKept; i < history.stamps.size(); ++i) {
-    text.append(history.stamps[i]).append("\n");
+  const std::size_t own_note = history.run_stamp.size() + 1;
+  if (text.size() != history.bytes && text.size() != history.bytes + own_note) {
+    take_stamps(history, text);
   }
+  if (history.count <= kMostRuns) return std::nullopt;
+  std::string newest;
+  for (std::size_t i = history.stamps.size() - kRunsKept; i < history.stamps.size(); ++i) {
+    newest.append(history.stamps[i]).append("\n");
+  }
+  return newest;
+}
+
+void shorten_history(const RunHistory& history) {
+  const auto change = [&history](std::string_view text) { return shortened(history, text); };
   // Not in place: written over but not yet cut, or cut first, it would hold runs twice or end with
   // an old one, whose next run counts the minutes since then again.
-  if (!replace_file(kRunHistoryFile, text)) report(event::run_history_unwritable);
+  if (!update_file(kRunHistoryFile, change)) report(event::run_history_unwritable);
 }
 
 // Four times a day the databases are synchronised without being asked.
@@ -92,7 +106,7 @@ void finish_run(const StartClock& clock, const RunHistory& history, double catch
     state = kInconsistent;
     report(event::gap_found);
   }
-  shorten_history(history);
+  if (history.count > kMostRuns) shorten_history(history);
   if (synchronisation_due(state, clock, catch_up_minutes)) {
     if (state == kRequested) report(event::synchronizing);
     run_command("./sh_sync.cgi run");

@@ -2,9 +2,13 @@
 // the same minute. And the run history they rest on.
 #pragma once
 
+#include <cstdint>
 #include <ctime>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "run/events.h"
 
 namespace vantrel {
 
@@ -21,22 +25,36 @@ struct RunHistory {
   std::string run_stamp;   // that moment as "%m%d%H%M"
   std::vector<std::string> stamps;  // the newest of them, oldest first, this run's stamp last
   std::size_t count = 0;            // how many there are, this run's among them
+  std::uint64_t bytes = 0;          // length of the file they were read from
 };
 
-// Writes ten characters to l/hdd.check and reads them back. False, with an event, when they do not
-// arrive.
-[[nodiscard]] bool check_disk();
+// What is wrong with the disk: nothing when there is no event.
+struct DiskFault {
+  const Event* event = nullptr;
+  bool full = false;  // removing something may help
+};
 
-// The check file gets back the block it had, even on a disk that has no other. False, with an
-// event, when there is no room for the totals: a run that cannot store them must not note its
-// minute as counted.
-[[nodiscard]] bool room_for_totals();
+// Writes ten characters to l/hdd.check and reads them back.
+[[nodiscard]] DiskFault check_disk();
+
+// Can the totals of this run be stored, beside the old ones or over them? A run that could not
+// store them must not note its minute as counted. The room is taken.
+[[nodiscard]] DiskFault check_room_for_totals();
 
 // True when l/sys/cron.last was modified in the current minute: another run is at work.
 [[nodiscard]] bool ran_this_minute();
 
-// Reads the clock and the run history and records this run in l/sys/cron.run and l/sys/cron.last.
-// False, with an event, when this minute's stamp stands there already; nothing is written then.
-[[nodiscard]] bool guard_run(RunHistory& history);
+// Fills the history with the newest lines of the file's text. True when this run's stamp is among
+// all of them.
+bool take_stamps(RunHistory& history, std::string_view text);
+
+// Reads the clock and the run history. False, with an event, when this minute's stamp stands there
+// already.
+[[nodiscard]] bool read_run_history(RunHistory& history);
+
+// Notes the run in l/sys/cron.run and l/sys/cron.last. False, with an event, when another run has
+// noted this minute or a later one since the history was read, or when there is no room for the
+// note; nothing is left of it then. A run whose note cannot be written for another reason goes on.
+[[nodiscard]] bool note_run(RunHistory& history);
 
 }  // namespace vantrel

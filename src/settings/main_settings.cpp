@@ -1,7 +1,10 @@
 #include "settings/main_settings.h"
 
+#include <optional>
+
 #include "base/files.h"
 #include "base/numbers.h"
+#include "base/replace_file.h"
 #include "base/text.h"
 #include "run/event_log.h"
 
@@ -46,12 +49,17 @@ bool load_main_settings(MainSettings& settings) {
 }
 
 void write_sync_state(const MainSettings& settings) {
-  std::string text;
-  for (std::size_t i = 0; i < settings.lines.size(); ++i) {
-    text += i == kSyncStateLine ? "|2|" : settings.lines[i];
-    text += '\n';
-  }
-  static_cast<void>(replace_file(kSettingsFile, text));
+  const auto synchronised = [&settings](std::string_view text) -> std::optional<std::string> {
+    MainSettings now;
+    const bool asked_again = !parse_main_settings(now, text) ||
+                             now.lines[kSyncStateLine] != settings.lines[kSyncStateLine];
+    if (asked_again) return std::nullopt;
+    now.lines[kSyncStateLine] = "|2|";
+    std::string stored;
+    for (const std::string& line : now.lines) stored.append(line).append("\n");
+    return stored;
+  };
+  static_cast<void>(update_file(kSettingsFile, synchronised));
 }
 
 }  // namespace vantrel

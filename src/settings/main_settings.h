@@ -28,8 +28,9 @@ struct MainSettings {
 // False, with an event, when the file cannot be read or does not have exactly six lines.
 [[nodiscard]] bool load_main_settings(MainSettings& settings);
 
-// Rewrites the file from the lines read, line 5 as "|2|". A file that cannot be written keeps its
-// state and is served again by the next run.
+// Stores "|2|" as line 5 of the file as it stands now: the administration may have saved it while
+// the run was at work. Where it has changed line 5 meanwhile, it has asked anew and that stays. A
+// file that cannot be written keeps its state and is served again by the next run.
 void write_sync_state(const MainSettings& settings);
 
 }  // namespace vantrel

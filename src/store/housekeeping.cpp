@@ -52,6 +52,11 @@ void remove_old_logs(std::time_t walked) {
   remove_logs_of(walked - kLogsKept - 60);
 }
 
+void make_room(bool pruning_time) {
+  remove_old_logs(wall_clock() - 60);
+  if (pruning_time) prune_backups();
+}
+
 void prune_backups() {
   const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(kBackupDirectory), ::closedir);
   if (!directory) {

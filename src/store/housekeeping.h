@@ -15,6 +15,9 @@ void make_backup(const std::string& hour_stamp);
 // minute before that, so that a single missed run leaves nothing behind.
 void remove_old_logs(std::time_t walked);
 
+// For a full disk: what the run would remove at its end, had it room to get there.
+void make_room(bool pruning_time);
+
 // Keeps the 90 newest files of d/backup/, whatever their names. Prints an error page when the
 // directory cannot be listed.
 void prune_backups();

@@ -5,6 +5,7 @@
 
 #include "base/files.h"
 #include "base/number_pieces.h"
+#include "base/replace_file.h"
 #include "run/event_log.h"
 
 namespace vantrel {
@@ -18,6 +19,56 @@ char* put_piece(char* to, std::int32_t value) {
   to = std::to_chars(to, to + kLongestPiece, value).ptr;
   *to++ = '|';
   return to;
+}
+
+std::string encode_summary(const std::vector<TradeWork>& works) {
+  std::string text;
+  text.reserve(works.size() * kSummaryPieces * 4);
+  for (const TradeWork& work : works) {
+    char line[2 + kSummaryPieces * kLongestPiece];
+    char* end = line;
+    *end++ = '|';
+    end = put_piece(end, work.id);
+    for (const TrafficCounters* window : {&work.last60, &work.last24, &work.last07}) {
+      for (const std::int32_t value : window->values) end = put_piece(end, value);
+    }
+    *end++ = '\n';
+    text.append(line, end);
+  }
+  return text;
+}
+
+void negate_windows(std::vector<TradeWork>& works) {
+  for (TradeWork& work : works) {
+    for (TrafficCounters* window : {&work.last60, &work.last24, &work.last07}) {
+      TrafficCounters negative;
+      subtract(negative, *window);
+      *window = negative;
+    }
+  }
+}
+
+// The totals another run has stored, and on top of them what this one changed.
+bool add_to_stored(TradeStore& store) {
+  FileBuffer stored;
+  if (!stored.read(kSummaryFile)) return false;
+  negate_windows(store.works);
+  add_summary(store, store.summary.text());
+  negate_windows(store.works);  // what this run changed
+  add_summary(store, stored.text());
+  store.summary = std::move(stored);
+  return true;
+}
+
+bool store_summary(TradeStore& store) {
+  constexpr int kMostTurns = 5;
+  for (int turn = 0; turn < kMostTurns; ++turn) {
+    const std::string text = encode_summary(store.works);
+    const Replaced outcome = replace_file(kSummaryFile, text, store.summary.version());
+    if (outcome != Replaced::overtaken) return outcome == Replaced::done;
+    if (!add_to_stored(store)) return replace_file(kSummaryFile, text);  // it was removed
+  }
+  return false;
 }
 
 }  // namespace
@@ -37,30 +88,16 @@ void add_summary(TradeStore& store, std::string_view text) {
 }
 
 bool load_summary(TradeStore& store) {
-  FileBuffer file;
-  if (!file.read(kSummaryFile)) {
+  if (!store.summary.read(kSummaryFile)) {
     report(event::summary_unavailable);
     return false;
   }
-  add_summary(store, file.text());
+  add_summary(store, store.summary.text());
   return true;
 }
 
-bool write_summary(const TradeStore& store) {
-  std::string text;
-  text.reserve(store.works.size() * kSummaryPieces * 4);
-  for (const TradeWork& work : store.works) {
-    char line[2 + kSummaryPieces * kLongestPiece];
-    char* end = line;
-    *end++ = '|';
-    end = put_piece(end, work.id);
-    for (const TrafficCounters* window : {&work.last60, &work.last24, &work.last07}) {
-      for (const std::int32_t value : window->values) end = put_piece(end, value);
-    }
-    *end++ = '\n';
-    text.append(line, end);
-  }
-  if (replace_file(kSummaryFile, text)) return true;
+bool write_summary(TradeStore& store) {
+  if (store_summary(store)) return true;
   report(event::summary_unavailable);
   return false;
 }

@@ -25,8 +25,9 @@ void add_summary(TradeStore& store, std::string_view text);
 // Reads the file and adds its values. False, with an event, when it cannot be read.
 [[nodiscard]] bool load_summary(TradeStore& store);
 
-// False, with an event, when the file cannot be written; the old one is then whole.
-[[nodiscard]] bool write_summary(const TradeStore& store);
+// False, with an event, when the file cannot be written; the old one is then whole. Where another
+// run has stored its totals since the file was loaded, what this run counted is added to those.
+[[nodiscard]] bool write_summary(TradeStore& store);
 
 // Two events when the marker d/jb of the administration side is missing.
 void check_marker();

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "base/files.h"
 #include "base/first_index.h"
 #include "store/trade_record.h"
 
@@ -18,8 +19,12 @@ inline constexpr std::size_t kFewestTrades = 10;
 struct TradeStore {
   std::vector<TradeRecord> trades;  // as read from the index; what is written back
   std::vector<TradeWork> works;     // one a trade, what the phases work on
+  FileBuffer summary;               // d/t/sum as its windows were added to the work array
   IdIndex ids;                      // id to the first position that has it, before the ranking
   bool index_dirty = false;         // a countdown of a trade record moved
+  FileVersion index_read;           // of d/t/index, when it was loaded
+  bool hours_stepped = false;       // in this run
+  std::vector<std::int32_t> hits_left_before;  // of each trade, before the hit logs
 };
 
 // The records of the index's bytes, 996 each; a shorter last record keeps default values where the
@@ -37,7 +42,9 @@ void fill_work_array(TradeStore& store);
 // The same; false, with an event, when not every trade got its entry.
 [[nodiscard]] bool build_work_array(TradeStore& store);
 
-// Overwrites the index in place when it is dirty. False, with an event, when that fails.
-[[nodiscard]] bool write_trade_index(const TradeStore& store);
+// Overwrites the index in place when it is dirty. Where somebody else has written to it since it
+// was loaded, only the countdowns move, by what this run counted. False, with an event, when that
+// fails.
+[[nodiscard]] bool write_trade_index(TradeStore& store);
 
 }  // namespace vantrel

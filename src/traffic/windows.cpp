@@ -22,12 +22,14 @@ bool advance_windows(TradeWork& work, int day_slot, int hour_slot) {
   // What lies behind the end of a short file reads as zero.
   TrafficCounters day_ago;
   TrafficCounters hour_ago;
-  if (!file.is_open() || read_at(file, &day_ago, sizeof day_ago, slot_offset(day_slot)) < 0 ||
-      read_at(file, &hour_ago, sizeof hour_ago, slot_offset(hour_slot)) < 0) {
+  if (!file.is_open() || read_at(file, &day_ago, sizeof day_ago, slot_offset(day_slot)) < 0) {
     return false;
   }
   advance(work.last24, day_ago, work.run);
-  advance(work.last60, hour_ago, work.run);
+  // An hour that cannot be read costs this window its minute, and nobody else anything.
+  if (read_at(file, &hour_ago, sizeof hour_ago, slot_offset(hour_slot)) >= 0) {
+    advance(work.last60, hour_ago, work.run);
+  }
   return true;
 }
 

@@ -8,6 +8,7 @@ import calendar
 import os
 import re
 import shutil
+import signal
 import struct
 import subprocess
 import sys
@@ -195,6 +196,35 @@ def run(program, site, clock, zone='UTC', tracer=(), **more):
                               timeout=PATIENCE).returncode
     except subprocess.TimeoutExpired:
         return None
+
+
+class Stopped:
+    """A run that is stopped behind one of its system calls, until it is told to end."""
+
+    def __init__(self, program, site, clock, call):
+        self.trace = '%s.%d' % (site, clock) + os.urandom(4).hex()
+        env = environment(clock)
+        tracer = ['strace', '-qq', '-o', self.trace, '-e', 'trace=' + call.name, '-e',
+                  'inject=%s:signal=SIGSTOP:when=%d' % (call.name, call.nth)]
+        self.tracer = subprocess.Popen(
+            [*tracer, *(x for pair in env.items() for x in ('-E', '%s=%s' % pair)), program],
+            cwd=site, env={'PATH': env['PATH']}, stdin=subprocess.DEVNULL,
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        while self.tracer.poll() is None and not self.is_stopped():
+            time.sleep(0.002)
+
+    def is_stopped(self):
+        return os.path.exists(self.trace) and b'--- stopped by' in read('', self.trace)
+
+    def ends(self):
+        """Its exit status, or None when it hangs."""
+        try:
+            if self.tracer.poll() is None:
+                with open('/proc/%d/task/%d/children' % ((self.tracer.pid,) * 2)) as f:
+                    os.kill(int(f.read().split()[0]), signal.SIGCONT)
+            return self.tracer.wait(PATIENCE)
+        except (subprocess.TimeoutExpired, IndexError, ProcessLookupError):
+            return None
 
 
 def tree(root):

@@ -3,7 +3,7 @@
 
     start.py BUILD_DIRECTORY [--short] [GROUP ...]
 
-Groups: streams, masks, readonly, disk, leftovers, kinds, limits, names, texts, records. After each
+Groups: streams, masks, readonly, attributes, leftovers, kinds, limits, names, texts, records. After each
 run: status 0, every store whole, nothing touched around the site, and a next run that works once the
 cause is gone. Needs python3 and a C++ compiler; as root it also gives files away and runs as another user
 (setpriv of util-linux). --short leaves cases out of the long tables.
@@ -15,6 +15,7 @@ import re
 import resource
 import shutil
 import stat
+import struct
 import subprocess
 import time
 
@@ -24,6 +25,7 @@ from layout import CLOCK, NAMES, SLOT
 PROGRAM, CHOSEN, SHORT = layout.command_line(__doc__, '--short')
 NOBODY = 65534
 ROOT = os.geteuid() == 0
+REPLACED = ['d/t/sum', 'd/set', 'd/out.lst', 'l/sys/cron.run', 'd/alerts']
 STORES = ['d/t/sum', 'd/set', 'd/alerts', 'd/t/index', 'd/out.lst', 'd/t/11']
 score = layout.Score()
 
@@ -234,7 +236,7 @@ def unprivileged():
 def readonly():
     """By permissions, for a user whom they bind. What may be written: nothing, all but what a
     pattern names, or the files but no new ones."""
-    folders = r'd|d/t|d/h'
+    folders = r'd|d/t|d/h|l/sys'
     table = [('everything', r'.*', None), ('d/t and d/set', r'd/t.*|d/set', ('d/t/index', '1')),
              ('d/t/sum', r'd/t/sum', ('d/t/sum', '1')),
              ('d/out.lst', r'd/out.lst', ('d/out.lst', '0')),
@@ -244,12 +246,9 @@ def readonly():
              ('d/h/all.his', 'd/h/all.his', ('d/h/all.his', '0')),
              ('l/hdd.check', r'l/hdd.check', ('unable to perform hdd check (write test)', '1')),
              ('the event log', r'l/sys/sys.log', None),
-             ('leftovers', r'd/.*\.new', None),
              ('write-only', r'd/out.lst|l/sys/cron.last', None)]
     for name, pattern, event in table:
         case = Case('read-only: ' + name)
-        for new in ('d/t/sum.new', 'd/set.new', 'd/alerts.new') if name == 'leftovers' else ():
-            case.write(new, 'garbage')
         case.give_away()
         for path in [os.path.join(case.site, p) for p in layout.tree(case.site)] + [case.site]:
             if re.fullmatch(pattern, os.path.relpath(path, case.site)):
@@ -257,7 +256,7 @@ def readonly():
         case.run(**unprivileged())
         if name == 'everything':
             case.expect_unchanged()
-        if name in ('the folders of d', 'leftovers', 'write-only'):  # the same, but in place
+        if name in ('the folders of d', 'write-only'):  # the same, but in place
             case.expect_complete()
         if event:
             case.expect_event(*event)
@@ -287,66 +286,64 @@ def can_mount():
     return able
 
 
-def disk():
-    """A disk that fills up for some minutes: each of them is counted once there is room."""
-    script = '''mount -t tmpfs -o size=8m none "$1" && cp -a . "$1" && program=$2 clock=$3 && cd "$1"
-        start() { LD_PRELOAD=$library FROZEN_CLOCK=$clock "$program"; clock=$((clock + 60)); }
-        start && head -c 9m /dev/zero 2>/dev/null >filler; start && start && start
-        cp -a . "$4" && rm "$4/filler" filler && start && cp -a . "$5"'''
-    if not can_mount():
-        return
-    case = Case('a full disk')
-    # Room for its lines: it has a block.
-    case.write('l/sys/sys.log', '|202405142300|cron|2|earlier|0||||\n')
-    for i in range(1, 5):
-        layout.write_logs(case.site, CLOCK + 60 * i)
-    site, full, after = case.site, case.root + '/full', case.root + '/after'
-    variables = layout.environment(CLOCK, library=layout.PRELOAD)
-    del variables['LD_PRELOAD']
-    os.mkdir(case.root + '/mounted')
-    case.before = layout.tree(site)
-    done = subprocess.run([*OWN_MOUNTS, script, 'sh', case.root + '/mounted', PROGRAM, str(CLOCK),
-                           full, after], cwd=site, env=variables, stderr=subprocess.DEVNULL)
-    case.expect(done.returncode == 0, 'status %d' % done.returncode)
-    case.site = full
-    case.expect_hits(11, 3)
-    for name in STORES:
-        case.expect(layout.read(full, name) == REFERENCE[name], name + ' changed on a full disk')
-    case.expect(case.events().count(('unable to perform hdd check (disk full?)', '1')) == 3,
-                'not an event each minute')
-    case.site = after
-    case.expect_hits(11, 15)
-    case.expect_stores_whole()
-    case.done()
+def attributes():
+    """What belongs to a file besides its text, and files that no other file can take the place of."""
+    nobody = 2 ** 32 - 1
+    entries = [(1, 6, nobody), (2, 6, 4711), (4, 4, nobody), (16, 6, nobody), (32, 4, nobody)]
+    access = struct.pack('<I', 2) + b''.join(struct.pack('<HHI', *entry) for entry in entries)
+    for name in REPLACED[:4]:
+        case = Case('access list of ' + name)
+        path = os.path.join(case.site, name)
+        os.setxattr(path, 'system.posix_acl_access', access)
+        case.run()
+        case.expect(layout.read(case.site, name) == REFERENCE[name], 'not written')
+        case.expect('system.posix_acl_access' in os.listxattr(path) and os.getxattr(
+            path, 'system.posix_acl_access') == access, 'the access list is another one')
+        case.done()
+        case = Case('default access list of the folder of ' + name)
+        path = os.path.join(case.site, name)
+        os.setxattr(os.path.dirname(path), 'system.posix_acl_default', access)
+        case.run()
+        case.expect_complete()
+        case.expect(not os.listxattr(path), 'the file has got an access list')
+        case.done()
+    own = 'for f in %s; do mount --bind $f $f; done; cd "$PWD" && exec "$@"' % ' '.join(REPLACED)
+    if can_mount():
+        case = Case('files mounted by themselves')
+        start = unprivileged()
+        case.run(**{**start, 'wrapper': [*OWN_MOUNTS, own, 'sh'] + start['wrapper'][-2:]})
+        case.expect_complete()
+        case.expect(not any('.new' in name for name in layout.tree(case.site)), 'a new file is left')
+        case.next_run()
+        case.done()
 
 
 def leftovers():
-    """What a killed run, or somebody else, left where the run writes the new file."""
+    """What killed runs, or somebody else, left where runs write their new files."""
     kinds = ['garbage', 'link around', 'link nowhere', 'hard link around', 'folder', 'fifo']
-    for name, kind in itertools.product(('d/t/sum.new', 'd/set.new', 'd/alerts.new'),
-                                        kinds + ['of root'] * ROOT):
-        case = Case('left over: %s, %s' % (name, kind))
-        path = os.path.join(case.site, name)
-        if 'alerts' in name:  # replaced when it gets shorter
-            text = layout.read(case.site, 'd/alerts')
-            case.write('d/alerts', b'junk before the bar' + text)
-        if kind in ('garbage', 'of root'):
-            case.write(name, 'garbage' * 999)
-        elif kind == 'folder':
-            os.mkdir(path)
-        elif kind == 'fifo':
-            os.mkfifo(path)
-        elif kind == 'hard link around':
-            os.link(os.path.join(case.root, 'file'), path)
-        else:
-            os.symlink(os.path.join(case.root, 'file' if 'around' in kind else 'no'), path)
+    for kind in kinds + ['of root'] * ROOT:
+        case = Case('left over: ' + kind)
+        names = ['d/t/sum.new', *(name + '.new.77.28588888' for name in REPLACED)]
+        for path in (os.path.join(case.site, name) for name in names):
+            if kind in ('garbage', 'of root'):
+                layout.write('', path, 'garbage' * 999)
+            elif kind == 'folder':
+                os.mkdir(path)
+            elif kind == 'fifo':
+                os.mkfifo(path)
+            elif kind == 'hard link around':
+                os.link(os.path.join(case.root, 'file'), path)
+            else:
+                os.symlink(os.path.join(case.root, 'file' if 'around' in kind else 'no'), path)
+        for name in ('d/set.new.mine', 'd/set.newer', 'd/t/11.new.1.2', 'd/out.lst.old'):
+            case.write(name, 'kept')
         if kind == 'of root':
-            case.give_away(lambda p: p != name)
-            os.chmod(path, 0o666)
+            case.give_away(lambda p: p not in names)
         case.run(**(unprivileged() if kind == 'of root' else {}))
-        case.expect_complete(name)
-        case.expect(kind not in ('garbage', 'of root', 'hard link around') or
-                    not os.path.lexists(path), name + ' is still there')
+        case.expect_complete()
+        case.expect_unchanged('d/set.new.mine', 'd/set.newer', 'd/t/11.new.1.2', 'd/out.lst.old')
+        left = [name for name in names if os.path.lexists(os.path.join(case.site, name))]
+        case.expect(kind == 'folder' or not left, '%s still there' % left)
         case.done()
 
 
@@ -609,7 +606,7 @@ def records():
         case.done()
 
 
-GROUPS = [streams, masks, readonly, disk, leftovers, kinds, limits, names, texts, records]
+GROUPS = [streams, masks, readonly, attributes, leftovers, kinds, limits, names, texts, records]
 with layout.scratch() as FOLDER:
     reference = Case('reference')
     reference.run()

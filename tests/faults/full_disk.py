@@ -1,0 +1,122 @@
+#!/usr/bin/env python3
+"""Lets the traffic of a site fill a small file system of its own, and goes on for two days.
+
+    full_disk.py BUILD_DIRECTORY [--short]
+
+It begins with a disk that hit logs of 25 hours have filled to the last block (or inode, or what is
+not root's reserve). Every minute the request scripts log what they find room for, more than the run
+removes. Each hit that reached a log must be counted in its minute, no run may end early, and once
+there is room again nothing is left of it. Needs python3, a C++ compiler, e2fsprogs and the right to
+mount (else the cases are left out). --short goes on for two hours.
+"""
+import ctypes
+import os
+import random
+import shutil
+import struct
+import subprocess
+import tempfile
+
+import layout
+from layout import CLOCK, NAMES, SLOT
+
+NOBODY = 65534
+KINDS = {'no reserve': ['-m', '0', '-N', '8000'], "root's reserve": ['-m', '10', '-N', '8000'], 'no inodes': ['-N', '1500']}
+
+
+def own_mounts():
+    """A view of the mounts that ends with this process."""
+    if ctypes.CDLL(None).unshare(0x00020000) != 0:  # CLONE_NEWNS
+        return False
+    return subprocess.run(['mount', '--make-rprivate', '/'], stderr=subprocess.DEVNULL).returncode == 0
+
+
+def log(site, minute, records):
+    """Appends the records to the minute's logs as a user without privileges; how many incoming ones
+    arrived whole."""
+    name = layout.stamp(minute, '%y-%j-%H-%M', 'UTC')
+    arrived = 0
+    os.seteuid(NOBODY)
+    try:
+        for folder, record in (('in', layout.in_record(NAMES[0])),
+                               ('out', layout.out_record(NAMES[1], 12))):
+            with open('%s/l/%s/%s' % (site, folder, name), 'wb', buffering=0) as file:
+                written = file.write(record.encode() * records)
+                written -= written % len(record)
+                file.truncate(written)
+            arrived += written // len(record) if folder == 'in' else 0
+    except OSError:
+        pass
+    finally:
+        os.seteuid(0)
+    return arrived
+
+
+def fill(site, large):
+    """With the logs of the last 25 hours. Those that are due to go first are small ones."""
+    records = 10
+    for age in range(25 * 60 + 1, 2, -1):
+        if age == 23 * 60 and large:
+            records = 100
+        if log(site, CLOCK - 60 * age, records) < records:
+            records = 1
+
+
+def slot(site, moment):
+    """Incoming hits in the slot of the minute before."""
+    data = layout.read(site, 'd/t/11')
+    return struct.unpack_from('<i', data, (moment // 60 - 1) % 1440 * SLOT)[0]
+
+
+def simulate(program, site, minutes):
+    wrong, chance, full, hits = [], random.Random(1), 0, 0
+    for i in range(minutes):
+        moment = CLOCK + 60 * i
+        wanted = chance.randrange(40, 160)
+        arrived = log(site, moment - 60, wanted)
+        full += arrived < wanted
+        hits += arrived
+        if layout.run(program, site, moment) != 0:
+            wrong.append('minute %d: status' % i)
+        if slot(site, moment) != arrived:
+            wrong.append('minute %d: %d hits counted instead of %d' % (i, slot(site, moment), arrived))
+    wrong += ['event ' + subject for subject, level in layout.events(site) if level == '1']
+    if layout.summary(site) is None:
+        wrong.append('d/t/sum is damaged')
+    wrong += ['%s is left' % name for name in layout.tree(site) if '.new.' in name]
+    return wrong, full, hits
+
+
+def main():
+    program, _, short = layout.command_line(__doc__, '--short')
+    score = layout.Score()
+    if os.geteuid() != 0 or not own_mounts():
+        print('no mounting here: nothing is proved')
+        return
+    for kind, options in KINDS.items():
+        with tempfile.TemporaryDirectory(prefix='vantrel.') as folder:
+            image, site = folder + '/image', folder + '/site'
+            os.chmod(folder, 0o755)
+            with open(image, 'wb') as f:
+                f.truncate(10 << 20)
+            subprocess.run(['mke2fs', '-q', '-F', '-t', 'ext4', '-b', '1024', *options, image], check=True)
+            os.mkdir(site)
+            subprocess.run(['mount', '-o', 'loop', image, site], check=True)
+            os.chmod(site, 0o755)
+            layout.lay_out(site, companions=False)
+            for name in ('in', 'out'):
+                shutil.rmtree('%s/l/%s' % (site, name))
+                os.mkdir('%s/l/%s' % (site, name))
+                os.chmod('%s/l/%s' % (site, name), 0o777)
+            fill(site, kind != 'no inodes')
+            wrong, full, hits = simulate(program, site, 120 if short else 2880)
+            subprocess.run(['umount', site], check=True)
+            if full == 0 or hits < 2000:
+                wrong.append('the disk was never full, or always')
+            score.add(kind, wrong[:10])
+            print('%s: %d hits, the disk was full in %d minutes, %d complaints' % (
+                kind, hits, full, len(wrong)), flush=True)
+    score.finish()
+
+
+main()
