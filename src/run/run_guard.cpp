@@ -64,7 +64,8 @@ DiskFault check_disk() {
   Pieces lines = lines_of(file.text());
   while (lines.next(last)) continue;
   if (last == kDiskCheckText) return {};
-  return {&event::disk_full, true};
+  const bool is_file = file.version() != FileVersion{};  // a device does not fill up
+  return {&event::disk_full, is_file};
 }
 
 DiskFault check_room_for_totals() {

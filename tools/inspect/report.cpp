@@ -8,6 +8,7 @@
 
 #include "base/clock.h"
 #include "base/files.h"
+#include "base/replace_file.h"
 #include "counters.h"
 #include "forms.h"
 #include "pack.h"
