@@ -5,10 +5,11 @@
   tests/page_test.py BUILD_DIRECTORY
 
 Takes chromium, chromium-driver and python3-selenium."""
-import json, os, re, subprocess, sys, tempfile, time
+import json, os, re, shutil, subprocess, sys, tempfile, time
 from browser import Browser
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
+from selenium.webdriver.support.ui import WebDriverWait
 
 build = os.path.realpath(sys.argv[1])
 work = tempfile.TemporaryDirectory()
@@ -214,12 +215,13 @@ for trades, seconds, megabytes in ((5000, 2, 5), (10000, 6, 10)):
     size = os.path.getsize(page) / 1e6
     expect(f'{trades} trades: {size:.1f} MB', size < megabytes)
     open_page(page)
-    took = js('report.usableAfter') / 1000
+    took = WebDriverWait(browser, 30).until(lambda _: js('report.usableAfter')) / 1000
     expect(f'{trades} trades: usable after {took:.2f} s', took < seconds)
     print(f'{trades} trades: {size:.2f} MB, usable after {took:.2f} s')
     browser.find_element(By.CSS_SELECTOR, '#trades input[type=search]').send_keys(f'site{trades}.')
     expect('filtered', texts('#trades .sortable tbody th'), [f'site{trades}.example'])
     quiet(f'{trades} trades')
+    shutil.rmtree(site)
 
 browser.quit()
 print(f'{checks - failures} passed, {failures} failed')

@@ -177,7 +177,8 @@ View view_of(const std::string& command) {
 int show(const std::string& command, const Options& options) {
   if (command == "report") {
     const std::string data = report_data();
-    write_report(options.json ? data + '\n' : report_page(data), options.page_file);
+    write_report(options.json ? R"({"view":"report","data":)" + data + "}\n" : report_page(data),
+                 options.page_file);
     return kFine;
   }
   const View view = view_of(command);

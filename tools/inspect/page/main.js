@@ -47,5 +47,6 @@ addEventListener('keydown', event => {
   if (event.key === 'Escape' && !tradePlace.hidden) location.hash = '#trades';
 });
 follow();
-// For the browser's console.
-window.report = {view, tradeView, whyView, usableAfter: performance.now()};
+// For the browser's console. Usable is a page that has been painted.
+window.report = {view, tradeView, whyView};
+requestAnimationFrame(() => setTimeout(() => { window.report.usableAfter = performance.now(); }));
