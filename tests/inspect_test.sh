@@ -130,6 +130,12 @@ import struct, sys  # the slots from midnight to the minute before the run
 print(sum(struct.unpack_from('<i', open(f, 'rb').read(), m * 56)[0] for f in sys.argv[1:] for m in range(12 * 60 + 48)))
 PYTHON
 )"
+reserved='lambda c: (lambda part, whole: round(part / whole * 100, 1))(*(sum(t[c] for t in e if t["collects"] != "hits with a marker") for e in (d["trades"][:11], d["trades"])))'
+expect "the reserved share" "$(value site '[d["reserved"]["last24"][k] for k in ("share_in", "share_clk", "share_out")]')" \
+  "$(value trades "[($reserved)(c) for c in ('in24', 'clk24', 'out24')]")"
+expect "quality and ratio" "$(value site '(d["last07"]["quality_back"], d["last07"]["out_per_in"])')" \
+  "$(value site '(lambda w: (round(w["rtc"] / w["clk"], 1), round(w["out"] / w["rin"] * 100, 1)))(d["last07"])')"
+expect "hours as CSV" "$(inspect site --csv hours | tail -n +2)" "$(value site '"\n".join(",".join(str(v) for v in row.values()) for row in d["hours"])')"
 day() { printf '|%s|%s|2|3|4|5|6|7|8|9|10|11|1.5e+06|nan|-1e300|0|17|18|19|20||||||||||' "$@"; }
 { day 20261109 7; day 20261113 4294967295; day 20261114 1; day 20261114 2; day '<b>' 3; day 20261116 4; printf '|2026'; } >"$site/d/h/all.his"
 expect "days and odd records" "$(value site '[(r["date"], r["late"], r["rin"]) for r in d["days"][1:]], tuple(d["days"][0][c] for c in ("rti", "rto", "rtc")), d["week_before"]["rin"], d["yesterday"]["noref_in"], d["unreadable_days"]')" \
@@ -150,10 +156,17 @@ with open(sys.argv[1], 'r+b') as f:
         f.write(number.to_bytes(4, 'little') + name + b'\0')
 PYTHON
 touch -d '2026-11-16 12:43' "$work/hostile/d/out.lst"
+touch -d '2026-11-16 11:59' "$work/hostile/d/backup/one"
+touch -d '2026-11-15 23:59' "$work/hostile/d/backup/two"
+printf '11161240\n11161246\n11161247\n' >"$work/hostile/l/sys/cron.run"
+printf '|2026111611%s||||\n' '47|cron|1|d&#47;ds|0' '49|cron|1|d&#47;ds|0' '50|cron|1|d&#47;ds|0' \
+  '51|cron|10|no|1' '52|admin|1|x|0' >"$work/hostile/l/sys/sys.log"
 untouched "sites" inspect sites ../hostile . "$work/nowhere" ../broken --json
 expect "the worst status" $status 2
 expect "worst first" "$(python3 -c 'import json, sys; print([(s["directory"].split("/")[-1], s["status"]) for s in json.load(sys.stdin)["data"]["sites"]])' <"$work/out")" \
   "[('nowhere', 2), ('broken', 2), ('hostile', 1), ('.', 1)]"
+expect "what it knows of one" "$(value 'sites ../hostile' '(lambda s: (s["trades"], s["entries"], s["listed"] > 0, s["gaps"], s["missed_minutes"], s["events"], s["backup"], s["list_written"]))(d["sites"][0])')" \
+  "(25, 36, True, 1, 5, [{'code': '1', 'level': '0', 'count': 2}, {'code': '10', 'level': '1', 'count': 1}], $((now - 49 * 60 - 10)), $((now - 5 * 60 - 10)))"
 untouched "metrics" inspect metrics --trades . "$work/link" ../hostile ../broken
 python3 - "$work/out" "$(value site 'd["last24"]["rin"]')" <<'PYTHON' || fail "metrics"
 import re, sys

@@ -55,7 +55,8 @@ Json events_json() {
   query.count = std::numeric_limits<std::size_t>::max();
   query.since = "60m";
   std::map<std::pair<std::string, std::string>, std::size_t> counts;
-  for (const Json& event : events_view(query)["events"]) {
+  const Json view = events_view(query);
+  for (const Json& event : view["events"]) {
     if (event["source"] != "cron") continue;
     counts[{event["code"], event["level"]}] += event["times"].get<std::size_t>();
   }
@@ -69,7 +70,8 @@ Json events_json() {
 void add_gaps(Json& site) {
   std::size_t gaps = 0;
   std::int64_t minutes = 0;
-  for (const Json& stretch : runs_view()["stretches"]) {
+  const Json view = runs_view();
+  for (const Json& stretch : view["stretches"]) {
     const Json& missed = stretch["minutes_missed_before"];
     if (missed.is_null() || missed == 0) continue;
     ++gaps;
