@@ -16,7 +16,7 @@ out = os.path.realpath(sys.argv[2] if len(sys.argv) > 2 else f'{root}/docs/pictu
 # Name, size, colours, and what stands at the upper edge.
 PICTURES = (('site', 1000, 1060, 'light', '', 'header'),
             ('trades', 1000, 640, 'light', '', '#trades'),
-            ('trade', 400, 860, 'dark', 'busiest', '#trade'))
+            ('trade', 400, 1000, 'dark', 'busiest', '#trade'))
 
 browser = Browser()
 for name, width, height, scheme, fragment, edge in PICTURES:
@@ -24,6 +24,7 @@ for name, width, height, scheme, fragment, edge in PICTURES:
     browser.colours(scheme)
     browser.get('about:blank')
     browser.get(f'file://{page}')
+    browser.execute_script('document.getElementById("directory").textContent = "/srv/www/site"')
     if fragment == 'busiest':
         browser.execute_script('document.querySelector("#trades .sortable tbody a").click()')
     time.sleep(1)
