@@ -208,8 +208,10 @@ def any_moment(disk, cut, dice, renamed=False):
         if all(data == found[0] for data in found):
             return found[0]
         length = len(pick(found))
-        return b''.join(pick([data[i:i + SECTOR] for data in found]).ljust(SECTOR, b'\0')
-                        for i in range(0, length, SECTOR))[:length]
+        sectors = zip(*([data[i:i + SECTOR].ljust(SECTOR, b'\0') for i in range(0, length, SECTOR)]
+                        for data in found))
+        return b''.join(same[0] if same.count(same[0]) == len(same) else pick(same)
+                        for same in sectors)[:length]
 
     moves = [move for move in disk.moves
              if move[0] <= moment or (renamed and move[0] <= cut and move[3])]

@@ -13,7 +13,7 @@ counted. Scenes, all by default:
   catch-up  three minutes of hits
   sync      a synchronisation, an alert and a run history to be shortened
 
-Some 4,500 states, 375 with --short; --list prints the first of each loss. Needs strace, python3 and a
+6,000 states, 375 with --short; --list prints the first of each loss. Needs strace, python3 and a
 C++ compiler (Debian packages strace, python3, g++). Two states are looked at at a time.
 """
 import collections
@@ -28,7 +28,7 @@ import disk as disks
 import layout
 from layout import CLOCK, RECORD, SLOT
 
-STATES, SHORT = 300, 25  # of each scene and model
+STATES, SHORT = 400, 25  # of each scene and model
 
 # When the recorded runs start, how many they are, the minutes of hits the first of them counts,
 # whether it does everything a run can do, and how many minutes are run behind the cut.
@@ -171,11 +171,16 @@ class Judge:
         self.look_at_numbers('d/t/index', RECORD, 'quotas as they were')
         for number, _, _ in TRADES:
             self.look_at_numbers('d/t/%d' % number, SLOT, 'slots as they were')
-        if self.contents['d/out.lst'] not in (self.prover.old['d/out.lst'], self.prover.new['d/out.lst']):
-            self.lost.add('a mixed list')
+        if self.contents['d/out.lst'] not in self.versions('d/out.lst'):
+            self.lost.add('a damaged list')
         stamps = self.contents['l/sys/cron.run'].split(b'\n')
         if not all(re.fullmatch(rb'\d{8}', stamp) for stamp in stamps[:-1]) or stamps[-1]:
             self.note_by_flush('l/sys/cron.run', 'a run history that ends in zeros')
+
+    def versions(self, name):
+        """The contents that a file of that name had behind any call."""
+        files = {self.disk.names[name]} | {file for _, n, file, _ in self.disk.moves if n == name}
+        return [data for file in files for _, data in self.disk.versions[file] if data]
 
     def alerts_whole(self):
         """The new fields or the old ones, each flag one or the other."""
@@ -197,7 +202,7 @@ class Judge:
 
     def look_at_numbers(self, name, size, lost):
         got, old = self.contents[name], self.prover.old[name]
-        versions = [data for _, data in self.disk.versions[self.disk.names[name]]]
+        versions = self.versions(name)
         if len(got) != len(old):
             self.wrong.append('%s has %d bytes' % (name, len(got)))
         elif got not in versions:
@@ -231,7 +236,7 @@ class Judge:
                 self.wrong.append('a next run did not get to its cleanup')
         if b'./sh_top.cgi' not in now.get('companions.out', b''):
             self.wrong.append('no next run got to its end')
-        self.wrong += [name + ' is still there' for name in now if name.endswith('.new')]
+        self.wrong += [name + ' is still there' for name in now if '.new' in name]
         listed = layout.entries(now['d/out.lst'])
         if not listed or any(entry[:4] == bytes(4) for entry in listed):
             self.wrong.append('d/out.lst is damaged after the next runs')
