@@ -40,7 +40,8 @@ SCENES = [Scene('plain', NOON, 1, 1, False, 2), Scene('two', NOON, 2, 1, False, 
 
 # Each minute has a trade of its own that has all its hits, so that the totals tell how often it was
 # counted. Minute 0 is that of the first run's start.
-BEFORE, BEHIND, HITS = 15, 4, 3
+BEFORE, BEHIND, HITS = 15, 7, 3
+PAUSE = 3  # minutes without a run behind some of the cuts, while the machine starts
 TRADES = [(i, 'entry%d' % i, {}) for i in range(layout.RESERVED)] + [
     (layout.RESERVED + i, 'minute%02d.example' % i, {'_884': 50, '_896': 5})
     for i in range(BEFORE + BEHIND)]
@@ -93,14 +94,18 @@ class Prover:
             number, trade, _ = trade_of(minute)
             layout.write(site, 'l/in/' + name, layout.in_record(trade) * HITS)
             layout.write(site, 'l/out/' + name, layout.out_record('nobody.example', number) * HITS)
-            layout.write(site, self.due(minute), 'old')
+            layout.write(site, self.log_due(minute), 'old')
 
     def histories(self):
         return ['d/h/%s.his' % name for name in ['all', 'trades'] + [name for _, name, _ in TRADES]]
 
-    def due(self, minute):
+    def log_due(self, minute):
         """The log that the run which counts a minute removes."""
         return 'l/in/' + layout.stamp(self.scene.clock + 60 * minute - 25 * 3600, '%y-%j-%H-%M', 'UTC')
+
+    def old_logs(self, site):
+        return [minute for minute in range(-BEFORE, BEHIND)
+                if os.path.exists(os.path.join(site, self.log_due(minute)))]
 
     def fresh(self):
         site = os.path.join(self.folder, '%s.%d' % (self.scene.name, next(self.numbers)), 'site')
@@ -119,7 +124,8 @@ class Prover:
             assert self.new[name] != self.old[name], name + ' did not change'
 
     def states(self, model, number):
-        """Different states, so many or as many as there are: (cut, contents, moment of the names)."""
+        """Different states, so many or as many as there are: (cut, contents, moment of the names,
+        minutes without a run behind the cut)."""
         calls = self.disk.calls
         few = [i for i, call in enumerate(calls) if not re.fullmatch(ALIKE, call)]
         dice, seen = random.Random(self.scene.name + model), set()
@@ -128,12 +134,12 @@ class Prover:
             contents, moment = disks.MODELS[model](self.disk, cut, dice)
             key = hash(tuple(sorted(contents.items())))
             if key not in seen:
-                yield cut, contents, moment
+                yield cut, contents, moment, dice.choice((0, PAUSE))
             seen.add(key)
             if len(seen) == number:
                 return
 
-    def case(self, cut, contents, moment):
+    def case(self, cut, contents, moment, pause):
         site = self.fresh()
         for name, data in self.old.items():
             if data is not None and name not in contents:
@@ -147,10 +153,17 @@ class Prover:
         os.utime(os.path.join(site, 'd/h/all.his'), (day, day))
         judge = Judge(self, cut, contents)
         judge.look_at_disk()
-        for i in range(self.scene.runs, self.scene.runs + self.scene.next):
+        first = self.scene.runs + pause
+        due = self.old_logs(site)
+        for i in range(first, first + self.scene.next):
             if layout.run(self.program, site, self.scene.clock + 60 * i) != 0:
                 judge.wrong.append('a next run ends with another status')
+            left = self.old_logs(site)
+            if left == due:
+                judge.wrong.append('a next run did not get to its cleanup')
+            due = left
         judge.look_at_next(site, layout.tree(site))
+        judge.count_minutes(layout.summary(site) or {}, i)
         shutil.rmtree(os.path.dirname(site))
         return judge
 
@@ -231,30 +244,28 @@ class Judge:
         self.wrong += ['a next run reports ' + s for s, level in layout.events(site) if level == '1']
         if self.scene.name == '23:59':
             self.look_at_history(now)
-        for i in range(self.scene.next):
-            if self.prover.due(self.scene.runs + i - 1) in now:
-                self.wrong.append('a next run did not get to its cleanup')
         if b'./sh_top.cgi' not in now.get('companions.out', b''):
             self.wrong.append('no next run got to its end')
         self.wrong += [name + ' is still there' for name in now if '.new' in name]
         listed = layout.entries(now['d/out.lst'])
         if not listed or any(entry[:4] == bytes(4) for entry in listed):
             self.wrong.append('d/out.lst is damaged after the next runs')
-        sums = layout.summary(site)
-        if sums is None or len(sums) != len(TRADES):
-            self.wrong.append('d/t/sum is damaged after the next runs')
-        else:
-            self.count_minutes(sums)
 
-    def count_minutes(self, sums):
-        for minute in range(-BEFORE, self.scene.runs + self.scene.next - 1):
+    def count_minutes(self, sums, last):
+        """last: the minute of the last run. One that was not counted is one of the run that was cut
+        off; or of the pause, if that run's note was damaged."""
+        if len(sums) != len(TRADES):
+            self.wrong.append('d/t/sum is damaged after the next runs')
+            return
+        unnoted = 'a run history that ends in zeros' in self.lost
+        for minute in range(-BEFORE, last):
             hits = sums[trade_of(minute)[0]][14] - 90
             times = hits / HITS + (minute < -self.scene.minutes)  # those were counted long ago
-            if times not in (0, 1):
+            if times not in (0, 1) or (times == 0 and minute >= self.scene.runs - 1 and not unnoted):
                 self.wrong.append('a minute is counted %g times' % times)
             elif times == 0:
                 self.lost.add('a minute not counted' if minute < self.scene.runs - 1 else
-                              'a minute of the next runs not counted')
+                              'a minute of the pause not counted')
 
 
 def main():
