@@ -138,7 +138,7 @@ void write_history(const std::vector<TradeWork>& ranked, const StartClock& clock
     report(event::trades_history_unwritable);
   }
   // Written once a day, a record that a power cut takes is lost for good. One call for all of them.
-  flush_file_system(kTotalsFile);
+  flush_file_system("d/h");
 }
 
 }  // namespace vantrel
