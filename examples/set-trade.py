@@ -47,7 +47,10 @@ def main(site, number, *settings):
         position = ids.index(int(number)) if int(number) in ids else len(ids)
         record = bytearray(records[position * RECORD:][:RECORD]) or new_record(int(number))
         for setting in settings:
-            set_field(record, *setting.split("=", 1))
+            try:
+                set_field(record, *setting.split("=", 1))
+            except (KeyError, TypeError, ValueError, struct.error):
+                sys.exit(f"set-trade.py: {setting}: nothing was changed\n\n{__doc__}")
         # Everything the run looks for is there before the trade is.
         for path, length in (f"d/t/{number}", 1440 * 56), (f"d/h/{record[4:80].split(bytes(1))[0].decode()}.his", 0):
             with open(path, "ab") as file:
