@@ -56,7 +56,7 @@ fresh() {
   cp -a "$work/model" "$site"
 }
 
-views=(site 'site --csv days' 'metrics --trades' 'alive --minutes 9' list trades 'trades --wide --sort in24' 'trade 20' events 'events 3 --trade 20' runs check report)
+views=(site 'site --csv days' 'metrics --trades' 'alive --minutes 9' list 'why 20' preview 'preview --hits --changed' trades 'trades --wide --sort in24' 'trade 20' events 'events 3 --trade 20' runs check report)
 
 "$build/vantrel-sample-site" "$work/model" --at $now --minutes 3 --days 20 --ranges 200 >/dev/null ||
   { echo "no sample site"; exit 1; }

@@ -10,7 +10,7 @@
 #include <ctime>
 #include <vector>
 
-#include "run/start_clock.h"
+#include "base/start_clock.h"
 #include "store/trade_record.h"
 
 namespace vantrel {

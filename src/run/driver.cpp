@@ -7,6 +7,7 @@
 #include "report/alerts.h"
 #include "run/end_check.h"
 #include "run/event_log.h"
+#include "run/sleep_gate.h"
 #include "settings/dynamic_skim.h"
 #include "settings/rating_tables.h"
 #include "settings/traffic_settings.h"

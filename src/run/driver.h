@@ -4,9 +4,9 @@
 
 #include <optional>
 
+#include "base/start_clock.h"
 #include "out/out_settings.h"
 #include "run/run_guard.h"
-#include "run/start_clock.h"
 #include "settings/dynamic_skim.h"
 #include "settings/main_settings.h"
 #include "store/trade_index.h"

@@ -5,8 +5,8 @@
 
 #include <vector>
 
+#include "base/start_clock.h"
 #include "run/run_guard.h"
-#include "run/start_clock.h"
 #include "settings/main_settings.h"
 #include "store/trade_record.h"
 

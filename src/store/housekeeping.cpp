@@ -14,7 +14,7 @@
 #include "base/numbers.h"
 #include "base/shell.h"
 #include "run/error_page.h"
-#include "traffic/hit_logs.h"
+#include "store/hit_log_names.h"
 
 namespace vantrel {
 namespace {

@@ -30,12 +30,4 @@ double catch_up_minutes(const std::vector<std::string>& stamps) {
   return std::clamp(seconds / 60.0, 1.0, 60.0);
 }
 
-std::string in_log_path(std::string_view minute_stamp) {
-  return "l/in/" + std::string(minute_stamp);
-}
-
-std::string out_log_path(std::string_view minute_stamp) {
-  return "l/out/" + std::string(minute_stamp);
-}
-
 }  // namespace vantrel

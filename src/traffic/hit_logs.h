@@ -13,12 +13,10 @@
 #include <vector>
 
 #include "base/clock.h"
+#include "store/hit_log_names.h"
 #include "traffic/log_reader.h"
 
 namespace vantrel {
-
-inline constexpr const char* kMinuteStampFormat = "%y-%j-%H-%M";
-inline constexpr const char* kHourStampFormat = "%y-%j-%H";
 
 // Where the minute walk stands. The cleanup and the backup go on from where it left.
 struct MinuteWalk {
@@ -31,9 +29,6 @@ struct MinuteWalk {
 // this run's among them, at least 1 and at most 60. The stamps have no year, so a run after New
 // Year reads one minute.
 [[nodiscard]] double catch_up_minutes(const std::vector<std::string>& stamps);
-
-[[nodiscard]] std::string in_log_path(std::string_view minute_stamp);
-[[nodiscard]] std::string out_log_path(std::string_view minute_stamp);
 
 // Steps the walk back minute by minute, newest first, and calls visit(walk) for each.
 template <typename Visit>

@@ -5,6 +5,7 @@
 #include "base/text.h"
 #include "log_lines.h"
 #include "out/out_list.h"
+#include "run/sleep_gate.h"
 #include "settings/dynamic_skim.h"
 #include "site.h"
 #include "store/summary.h"

@@ -1,4 +1,4 @@
-// The clock a run starts with, and the gate that lets a webmaster delay it within the minute.
+// The clock a run starts with.
 #pragma once
 
 #include <ctime>
@@ -20,9 +20,5 @@ struct StartClock {
 [[nodiscard]] StartClock take_start_clock();
 // The same for a start at another moment.
 [[nodiscard]] StartClock start_clock_of(std::time_t start);
-
-// True when d/sleep holds a number from 1 to 49 that the second of the start has not reached: the
-// site shares its machine and wants its runs late in the minute.
-[[nodiscard]] bool sleep_gate_closed(const StartClock& clock);
 
 }  // namespace vantrel
