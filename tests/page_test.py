@@ -183,6 +183,7 @@ open_page(page)
 same_figures(site, 'hostile names')
 is_safe('overview')
 expect('names as they are', '<script>hacked=1</script>' in texts('#trades tbody th'))
+expect('worst payers and newcomers', [len(texts(f'#trades .card:nth-child({i}) li')) for i in (1, 2)], [8, 8])
 for title, key in (('Out', 'out24'), ('Unique', 'uniq24'), ('In', 'in24')):
     sorts(site, title, key)
 opens_trade(site)

@@ -75,7 +75,7 @@ Json positions_of_most(std::vector<Named>& trades) {
   return positions;
 }
 
-// Worst payers got far more visitors in the day than they sent; newcomers have not a week of
+// Worst payers got the most visitors for one they sent in the day; newcomers have not a week of
 // history.
 class Notable {
  public:
@@ -180,6 +180,9 @@ std::string report_data() {
 }
 
 std::string report_page(const std::string& data) {
+  if (!has_report()) {
+    throw Unavailable{"built without its page: libjs-chart.js was not installed"};
+  }
   std::string page;
   page.reserve(kPageStart.size() + data.size() + kPageEnd.size());
   return page.append(kPageStart).append(data).append(kPageEnd);
