@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "base/rehearsal.h"
+#include "base/replace_file.h"
 
 namespace vantrel {
 namespace {
@@ -28,10 +29,29 @@ bool set_size(const File& file, std::uint64_t size) {
   return ::ftruncate(file.descriptor(), static_cast<off_t>(size)) == 0;
 }
 
+// Links are followed where they can be trusted.
+File open_to_write(const char* path, int flags) {
+  File file = open_file(path, flags | O_NOFOLLOW);
+  if (file.is_open() || errno != ELOOP || !is_trusted_link(path)) return file;
+  return open_file(path, flags);
+}
+
+// errno is that of a failed open: the system offers no other way past a lease than to wait.
+bool needs_copy(const File& file) {
+  return file.is_open() ? file.has_other_names() : errno == EWOULDBLOCK;
+}
+
+// The same, and never a file that is not the site's alone.
+File open_own(const char* path, int flags) {
+  File file = open_to_write(path, flags);
+  if (!needs_copy(file)) return file;
+  return replace_by_copy(path) ? open_to_write(path, flags) : File();
+}
+
 File open_to_overwrite(const char* path) {
-  File file = open_file(path, O_RDWR | O_CREAT);
+  File file = open_to_write(path, O_RDWR | O_CREAT);
   if (file.is_open() || errno != EACCES) return file;
-  return open_file(path, O_WRONLY);
+  return open_to_write(path, O_WRONLY);
 }
 
 // Calls a write-like function until every byte is out.
@@ -63,12 +83,14 @@ File::File(int descriptor) : descriptor_(descriptor) {
   } else if (S_ISREG(status.st_mode)) {
     regular_ = true;
     version_ = version_from(status);
+    other_names_ = status.st_nlink > 1;
   }
 }
 
 File::File(File&& other) noexcept
     : descriptor_(std::exchange(other.descriptor_, -1)),
       regular_(other.regular_),
+      other_names_(other.other_names_),
       version_(other.version_) {}
 
 bool File::close() {
@@ -83,7 +105,7 @@ File open_to_read(const char* path) {
 
 File open_to_update(const char* path) {
   if (const Rehearsal* tried = Rehearsal::current()) return tried->open(path, true);
-  return open_file(path, O_RDWR);
+  return open_own(path, O_RDWR);
 }
 
 File open_new_file(const char* path) {
@@ -99,6 +121,14 @@ File open_new_file(const char* path) {
 FileVersion version_of(const char* path) {
   struct stat status {};
   return ::stat(path, &status) == 0 ? version_from(status) : FileVersion{};
+}
+
+bool is_trusted_link(const char* path) {
+  struct stat link {};
+  struct stat site {};
+  if (::lstat(path, &link) != 0 || !S_ISLNK(link.st_mode)) return false;
+  return link.st_uid == ::geteuid() || link.st_uid == 0 ||
+         (::stat(".", &site) == 0 && link.st_uid == site.st_uid);
 }
 
 bool is_no_room(int error) { return error == ENOSPC || error == EDQUOT; }
@@ -187,7 +217,7 @@ bool append_to_file(const char* path, std::string_view text, Torn torn, Appended
     if (where != nullptr) where->begin = version_of(path).size;
     return tried->append(path, text);
   }
-  File file = open_file(path, O_WRONLY | O_CREAT | O_APPEND);
+  File file = open_own(path, O_WRONLY | O_CREAT | O_APPEND);
   if (!file.is_open()) return false;
   if (write_all(file.descriptor(), text)) {
     if (where != nullptr) {
@@ -204,7 +234,7 @@ bool append_to_file(const char* path, std::string_view text, Torn torn, Appended
 
 bool write_scratch_file(const char* path, std::string_view text) {
   if (Rehearsal* tried = Rehearsal::current()) return tried->write(path, text);
-  File file = open_file(path, O_WRONLY | O_CREAT);
+  File file = open_own(path, O_WRONLY | O_CREAT);
   if (!file.is_open()) return false;
   const bool written = write_at(file, text.data(), text.size(), 0);
   if (!written || file.size() > text.size()) {
@@ -223,10 +253,9 @@ bool take_room(const File& file, std::uint64_t size) {
   return true;
 }
 
-bool overwrite_file(const char* path, std::string_view text) {
-  if (Rehearsal* tried = Rehearsal::current()) return tried->write(path, text);
-  File file = open_to_overwrite(path);
-  if (!file.is_open()) return false;
+namespace {
+
+bool overwrite(File& file, std::string_view text) {
   if (text.size() > file.size() && file.is_regular() && !take_room(file, text.size())) return false;
   // What will be written over; the rest stays until all of the text is there. One that cannot be
   // read cannot be put back.
@@ -239,6 +268,20 @@ bool overwrite_file(const char* path, std::string_view text) {
   static_cast<void>(write_at(file, old.data(), old.size(), 0));
   static_cast<void>(set_size(file, file.size()));
   return false;
+}
+
+}  // namespace
+
+bool overwrite_file(const char* path, std::string_view text) {
+  if (Rehearsal* tried = Rehearsal::current()) return tried->write(path, text);
+  File file = open_to_overwrite(path);
+  if (needs_copy(file)) return replace_file(path, text);
+  return file.is_open() && overwrite(file, text);
+}
+
+bool overwrite_in_place(const char* path, std::string_view text) {
+  File file = open_to_overwrite(path);
+  return file.is_open() && !file.has_other_names() && overwrite(file, text);
 }
 
 }  // namespace vantrel

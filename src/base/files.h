@@ -1,10 +1,12 @@
 // Every byte the run reads from or writes to a site's files goes through these functions. They
 // report failure by their result only; the caller knows which event belongs to the file.
 //
-// What holds for all of them: a path leads wherever the webmaster's links lead; only regular files
-// have contents, so that a link to a device or a pipe cannot stall or flood the run; nothing opened
-// here is inherited by the programs the run starts. While a run is only tried out
-// (base/rehearsal.h) none of them changes the disk.
+// What holds for all of them: a path leads wherever the webmaster's links lead, but nothing is
+// written through a link of somebody else; a file that has other names, or that somebody holds a
+// lease on, is not written to but replaced by a copy of its own first; only regular files have
+// contents, so that a link to a device or a pipe cannot stall or flood the run; nothing opened here
+// is inherited by the programs the run starts. While a run is only tried out (base/rehearsal.h)
+// none of them changes the disk.
 #pragma once
 
 #include <sys/types.h>
@@ -48,6 +50,8 @@ class File {
   [[nodiscard]] int descriptor() const { return descriptor_; }
   // A regular file; others have no contents and no length.
   [[nodiscard]] bool is_regular() const { return regular_; }
+  // By hard links: another file may be meant by them.
+  [[nodiscard]] bool has_other_names() const { return other_names_; }
   // Its length when it was opened, in bytes.
   [[nodiscard]] std::uint64_t size() const { return version_.size; }
   // As it was when it was opened.
@@ -58,6 +62,7 @@ class File {
  private:
   int descriptor_ = -1;
   bool regular_ = false;
+  bool other_names_ = false;
   FileVersion version_;
 };
 
@@ -67,6 +72,9 @@ class File {
 [[nodiscard]] File open_to_update(const char* path);
 // Makes a file that only the run may read, for writing; what has the name already is removed.
 [[nodiscard]] File open_new_file(const char* path);
+
+// A symbolic link that the run may write through: its own, root's, or that of the site's owner.
+[[nodiscard]] bool is_trusted_link(const char* path);
 
 // The disk, or the user's share of it, is full.
 [[nodiscard]] bool is_no_room(int error);
@@ -135,6 +143,9 @@ struct Appended {
 // overwritten; when the write fails all the same the old contents are put back, if the file may be
 // read as well. Creates the file if it is missing. Not flushed to disk.
 [[nodiscard]] bool overwrite_file(const char* path, std::string_view text);
+
+// The same for what cannot be replaced: fails where the file has other names or a lease is held.
+[[nodiscard]] bool overwrite_in_place(const char* path, std::string_view text);
 
 // Takes the room that a file of that length needs, without making it longer. False when there is
 // none; true where it cannot be known.

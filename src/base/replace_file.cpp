@@ -22,10 +22,11 @@ namespace {
 constexpr int kMostTurns = 5;
 constexpr std::string_view kNew = ".new";
 
-// The file behind a symbolic link, so that it is replaced and not the link to it.
+// The file behind a symbolic link, so that it is replaced and not the link to it. A link that
+// cannot be trusted is not followed.
 std::string resolved(const char* path) {
   char first;
-  if (::readlink(path, &first, 1) < 0) return path;
+  if (::readlink(path, &first, 1) < 0 || !is_trusted_link(path)) return path;
   const std::unique_ptr<char, void (*)(void*)> real(::realpath(path, nullptr), std::free);
   return real ? real.get() : path;
 }
@@ -68,11 +69,11 @@ bool no_rename_allowed(int error) {
 Replaced replace(const char* path, std::string_view text, Flush flush, const FileVersion* read) {
   const auto in_place = [&] {
     if (read != nullptr && version_of(path) != *read) return Replaced::overtaken;
-    return overwrite_file(path, text) ? Replaced::done : Replaced::failed;
+    return overwrite_in_place(path, text) ? Replaced::done : Replaced::failed;
   };
   const std::string target = resolved(path);
   struct stat old {};
-  if (::stat(target.c_str(), &old) != 0 || !S_ISREG(old.st_mode)) return in_place();
+  if (::lstat(target.c_str(), &old) != 0 || !S_ISREG(old.st_mode)) return in_place();
   if (::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return Replaced::failed;
 
   Beside beside(target);
@@ -132,6 +133,11 @@ bool update_file(const char* path, const Change& changed) {
     if (outcome != Replaced::overtaken) return outcome == Replaced::done;
   }
   return false;
+}
+
+bool replace_by_copy(const char* path) {
+  FileBuffer file;
+  return file.read(path) && replace_file(path, file.text(), file.version()) == Replaced::done;
 }
 
 bool room_to_store(const char* path) {

@@ -46,6 +46,9 @@ enum class Replaced {
 using Change = std::function<std::optional<std::string>(std::string_view)>;
 [[nodiscard]] bool update_file(const char* path, const Change& changed);
 
+// Replaces the file by a copy of itself, which has one name only and which nobody else has open.
+[[nodiscard]] bool replace_by_copy(const char* path);
+
 // Can a text a little longer than the file's be stored, in place if need be? The room is taken, so
 // that nobody else can have it. True where it cannot be known.
 [[nodiscard]] bool room_to_store(const char* path);

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "base/clock.h"
+#include "base/files.h"
 #include "base/numbers.h"
 #include "base/shell.h"
 #include "run/error_page.h"
@@ -44,7 +45,10 @@ std::int32_t age_of(const std::string& path) {
 }  // namespace
 
 void make_backup(const std::string& hour_stamp) {
-  run_command("tar zcf d/backup/" + hour_stamp + ".tar.gz d/t d/gr d/h d/tpl d/css");
+  const std::string archive = kBackupDirectory + hour_stamp + ".tar.gz";
+  // What the run would not write through, or wait for, tar must not either.
+  if (!open_to_update(archive.c_str()).is_open()) std::remove(archive.c_str());
+  run_command("tar zcf " + archive + " d/t d/gr d/h d/tpl d/css");
 }
 
 void remove_old_logs(std::time_t walked) {

@@ -3,17 +3,19 @@
 
     start.py BUILD_DIRECTORY [--short] [GROUP ...]
 
-Groups: streams, masks, readonly, attributes, leftovers, kinds, limits, names, texts, records. After each
-run: status 0, every store whole, nothing touched around the site, and a next run that works once the
+Groups: streams, masks, readonly, attributes, leftovers, neighbours, children, kinds, limits, names,
+texts, records. After each run: status 0, every store whole, nothing touched around the site, and a next run that works once the
 cause is gone. Needs python3 and a C++ compiler; as root it also gives files away and runs as another user
 (setpriv of util-linux). --short leaves cases out of the long tables.
 """
+import fcntl
 import functools
 import itertools
 import os
 import re
 import resource
 import shutil
+import signal
 import stat
 import struct
 import subprocess
@@ -347,6 +349,68 @@ def leftovers():
         case.done()
 
 
+def neighbours():
+    """Somebody who may write a folder but is not trusted: links and further names of a file around
+    the site in the place of every file the run writes. And a reader with a lease on each of them."""
+    names = [*STORES, 'l/sys/cron.run', 'l/sys/cron.last', 'l/sys/sys.log', 'l/hdd.check',
+             'd/h/all.his', 'd/h/alpha.example.his', 'd/backup/24-135-23.tar.gz']
+    for name, kind in itertools.product(names, ['link', 'hard link', 'lease']):
+        if kind == 'link' and not ROOT:
+            continue
+        case = Case('%s: %s of somebody else' % (name, kind))
+        path, around = os.path.join(case.site, name), os.path.join(case.root, 'file')
+        if not os.path.exists(path):
+            case.write(name, '')
+        shutil.copy(path, around)
+        holder = None
+        if kind == 'lease':
+            holder = os.open(path, os.O_RDONLY)
+            signal.signal(signal.SIGIO, signal.SIG_IGN)
+            fcntl.fcntl(holder, fcntl.F_SETLEASE, fcntl.F_RDLCK)
+        else:
+            os.unlink(path)
+            (os.symlink if kind == 'link' else os.link)(around, path)
+        if kind == 'link':
+            os.chown(path, NOBODY, NOBODY, follow_symlinks=False)
+        began = time.monotonic()
+        case.run()
+        case.expect(time.monotonic() - began < 5, 'the run has waited')
+        if kind != 'link':
+            case.expect_complete()
+        if holder is not None:
+            os.close(holder)
+        case.done()
+
+
+def children():
+    """Programs that last: what the runs behind them do, and what the administration does meanwhile."""
+    for name in ('sh_sync.cgi', 'mailer.sh'):
+        case = Case('%s hangs' % name)
+        for i in (1, 2):
+            layout.write_logs(case.site, CLOCK + 60 * i)
+        layout.write(case.site, name, '#!/bin/sh\ntest -e hung && exit\n: >hung\nexec sleep 99\n', 0o755)
+        hanging = subprocess.Popen([PROGRAM], cwd=case.site, env=layout.environment(CLOCK),
+                                   start_new_session=True)
+        while hanging.poll() is None and not os.path.exists(case.site + '/hung'):
+            time.sleep(0.01)
+        statuses = [layout.run(PROGRAM, case.site, CLOCK + 60 * i) for i in (1, 2)]
+        case.expect(hanging.poll() is None and statuses == [0, 0], 'it does not hang alone')
+        os.killpg(hanging.pid, signal.SIGKILL)
+        hanging.wait()
+        case.expect_hits(11, 9)
+        case.expect(layout.read(case.site, 'l/sys/cron.run').split()[-3:] == [
+            layout.stamp(CLOCK + 60 * i, '%m%d%H%M', 'UTC').encode() for i in range(3)], 'run history')
+        case.done()
+    for line, stored in (('|1|', '|2|'), ('|3|', '|3|')):
+        case = Case('settings saved during the synchronisation, line 5 %s' % line)
+        saved = '|7|one|\n|2|two|\n|3|three|\n|25|\n%s\n|0|\n'
+        layout.write(case.site, 'sh_sync.cgi', "#!/bin/sh\nprintf '%s' >d/set\n" % (
+            saved % line).replace('\n', '\\n'), 0o755)
+        case.run()
+        case.expect(layout.read(case.site, 'd/set').decode() == saved % stored, 'd/set')
+        case.done()
+
+
 def make_kind(case, name, kind):
     path = os.path.join(case.site, name)
     data = layout.read(case.site, name)
@@ -606,7 +670,8 @@ def records():
         case.done()
 
 
-GROUPS = [streams, masks, readonly, attributes, leftovers, kinds, limits, names, texts, records]
+GROUPS = [streams, masks, readonly, attributes, leftovers, neighbours, children, kinds, limits, names,
+          texts, records]
 with layout.scratch() as FOLDER:
     reference = Case('reference')
     reference.run()
