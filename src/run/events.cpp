@@ -12,8 +12,8 @@ const Event disk_read_test{"10", "unable to perform hdd check (read test)", "1",
                            "The scratch file l/hdd.check was written but cannot be read back.",
                            "Give the run's user read permission on l/hdd.check; check the disk."};
 const Event disk_full{"10", "unable to perform hdd check (disk full?)", "1",
-                      "What was written to l/hdd.check did not arrive, or there is no room "
-                      "for a new d/t/sum.",
+                      "What was written to l/hdd.check did not arrive, or there is no room for "
+                      "the totals, not even over the old ones.",
                       "Free space on the file system of the site, or raise the quota."};
 const Event double_run{"10", "cron has already run this minute (double cron detected)", "1",
                        "Another run was started in this minute; this one did nothing.",
