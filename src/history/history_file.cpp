@@ -13,14 +13,14 @@ constexpr std::uint64_t kRecordsPerWeek = 7;
 constexpr std::size_t kChunk = 64 * 1024;
 
 // In blocks whose count fits in a byte: the compiler then counts sixteen bytes at a time.
+constexpr std::size_t kCountedAtOnce = 240;
 std::uint64_t count_bars(std::string_view text) {
-  constexpr std::size_t kBlock = 240;
   std::uint64_t bars = 0;
   const char* next = text.data();
   const char* const end = next + text.size();
-  for (; static_cast<std::size_t>(end - next) >= kBlock; next += kBlock) {
+  for (; static_cast<std::size_t>(end - next) >= kCountedAtOnce; next += kCountedAtOnce) {
     std::uint8_t in_block = 0;
-    for (std::size_t i = 0; i < kBlock; ++i) {
+    for (std::size_t i = 0; i < kCountedAtOnce; ++i) {
       in_block = static_cast<std::uint8_t>(in_block + (next[i] == '|'));
     }
     bars += in_block;
@@ -30,13 +30,14 @@ std::uint64_t count_bars(std::string_view text) {
 
 // The end of the text from its n-th last bar on; all of it when it holds fewer bars.
 std::string_view from_last_bars(std::string_view text, std::uint64_t n) {
-  constexpr std::size_t kBlock = 32;
   std::size_t begin = text.size();
-  while (begin >= kBlock) {
-    const std::uint64_t bars = count_bars(text.substr(begin - kBlock, kBlock));
-    if (bars >= n) break;
-    n -= bars;
-    begin -= kBlock;
+  for (const std::size_t block : {kCountedAtOnce, std::size_t{32}}) {
+    while (begin >= block) {
+      const std::uint64_t bars = count_bars(text.substr(begin - block, block));
+      if (bars >= n) break;
+      n -= bars;
+      begin -= block;
+    }
   }
   while (n > 0 && begin > 0) {
     if (text[--begin] == '|') --n;

@@ -38,7 +38,9 @@ class AddressSteps {
   // Has the memory that country_of(address) will look at brought near. The table is larger than
   // what a processor keeps beside a stream of hits, and waiting for it costs more than all else.
   void prefetch(std::uint32_t address) const {
-    __builtin_prefetch(&starts_[last_step_[block_of(address)]]);
+    const std::uint32_t last = last_step_[block_of(address)];
+    __builtin_prefetch(&starts_[last]);
+    __builtin_prefetch(&countries_[last]);
   }
 
  private:

@@ -8,6 +8,7 @@
 #include <bit>
 #include <cstdint>
 #include <cstring>
+#include <string>
 #include <string_view>
 
 #include "base/text.h"
@@ -17,31 +18,27 @@ namespace vantrel {
 
 static_assert(std::endian::native == std::endian::little, "the first digit is in the lowest byte");
 
-// What the sixteen bytes must be that end with a number of so many digits: anything, then a byte
-// and a bar, then digits.
+// What sixteen bytes must be: ten digits at most, and what stands around them.
 class NumberShape {
  public:
   static constexpr std::size_t kBytes = sizeof(Bytes);
   static constexpr std::size_t kMostDigits = 10;
-  static constexpr int kAnything = -1;
 
-  // digits: 1 to 10. before_bar: what stands in front of the bar, or kAnything.
-  NumberShape(std::size_t digits, int before_bar) {
-    const std::size_t bar = kBytes - 1 - digits;
+  // pattern: what the last of the bytes are; d for a digit, ? for anything, else the byte itself.
+  // The last digit has an odd place of the sixteen, so that no pair of digits is torn.
+  explicit NumberShape(std::string_view pattern) {
+    const std::size_t begin = kBytes - pattern.size();
     for (std::size_t i = 0; i < kBytes; ++i) {
-      lowest_[i] = i < bar ? 0 : i == bar ? '|' : '0';
-      above_[i] = i < bar ? 0xFF : i == bar ? 0 : 9;
+      const char wanted = i < begin ? '?' : pattern[i - begin];
+      lowest_[i] = wanted == '?' ? 0 : wanted == 'd' ? '0' : static_cast<std::uint8_t>(wanted);
+      above_[i] = wanted == '?' ? 0xFF : wanted == 'd' ? 9 : 0;
       // Ten times the first of two digits and the second meet in the upper byte of the product.
-      if (i > bar) in_pairs_[i / 2] = 10 * 256 + 1;
+      if (wanted == 'd') in_pairs_[i / 2] = 10 * 256 + 1;
     }
-    if (before_bar == kAnything) return;
-    lowest_[bar - 1] = static_cast<std::uint8_t>(before_bar);
-    above_[bar - 1] = 0;
   }
 
-  // The number's digits in groups of four, the last in lane 3. good keeps its bits where the bytes
-  // are of the shape; without them the digits mean nothing. The sixteen bytes before end must be
-  // readable.
+  // The digits in groups of four places. good keeps its bits where the bytes are of the shape;
+  // without them the digits mean nothing. The sixteen bytes before end must be readable.
   [[nodiscard]] Fours read(const char* end, Bytes& good) const {
     Bytes digits;
     std::memcpy(&digits, end - kBytes, kBytes);
@@ -52,8 +49,8 @@ class NumberShape {
   }
 
  private:
-  Bytes lowest_{};    // '0' for a digit, the bar for the bar
-  Bytes above_{};     // how far a byte may be above that
+  Bytes lowest_{};    // the least the byte may be, '0' for a digit
+  Bytes above_{};     // how far it may be above that
   Pairs in_pairs_{};  // 0 where there are no digits
 };
 
@@ -82,11 +79,10 @@ class RangeShape {
       return size > 0 && size <= NumberShape::kMostDigits;
     };
     if (!at_line || !is_number(first) || !is_number(last) || !two_letters) return;
-    first_ = NumberShape(first, '\n');
-    last_ = NumberShape(last, NumberShape::kAnything);
+    first_ = NumberShape(std::string("\n|").append(first, 'd'));
+    last_ = NumberShape(std::string("|").append(last, 'd').append("|??|"));
     first_end_ = 2 + first;
-    last_end_ = first_end_ + 1 + last;
-    length_ = last_end_ + 4;
+    length_ = first_end_ + 1 + last + 4;
   }
 
   // Its length in bytes.
@@ -97,27 +93,26 @@ class RangeShape {
     if (static_cast<std::size_t>(text_end - text) < length_) return false;
     Bytes good = ~Bytes{};
     const Fours first = first_.read(text + first_end_, good);
-    const Fours last = last_.read(text + last_end_, good);
-    const auto numbers = reinterpret_cast<Halves>(
-        sums_of_products(lower_halves(first, last), Pairs{0, 1, 10'000, 1, 0, 1, 10'000, 1}));
-    range.first = two_and_eight_digits(numbers[0]);
-    range.last = two_and_eight_digits(numbers[1]);
-    const char* const end = text + last_end_;
-    range.country = end + 1;
-    return all_set(good) && *end == '|' && end[3] == '|';
+    const Fours last = last_.read(text + length_, good);
+    // The first number ends with the sixteen bytes: of its ten digits two stand apart from eight.
+    // Behind the last number come four bytes more: six of its digits stand apart from four.
+    const auto parts = reinterpret_cast<Halves>(
+        sums_of_products(lower_halves(first, last), Pairs{0, 1, 10'000, 1, 10'000, 1, 1, 0}));
+    range.first = put_together(parts[0], 100'000'000);
+    range.last = put_together(parts[1], 10'000);
+    range.country = text + length_ - 3;
+    return all_set(good);
   }
 
  private:
-  // From the first two of ten digits, in the lower half, and the last eight; cut to 32 bits.
-  static std::uint32_t two_and_eight_digits(std::uint64_t parts) {
-    return static_cast<std::uint32_t>(parts) * 100'000'000 +
-           static_cast<std::uint32_t>(parts >> 32);
+  // The upper digits, in the lower half, and those below unit; cut to 32 bits.
+  static std::uint32_t put_together(std::uint64_t parts, std::uint32_t unit) {
+    return static_cast<std::uint32_t>(parts) * unit + static_cast<std::uint32_t>(parts >> 32);
   }
 
-  NumberShape first_{1, NumberShape::kAnything};
-  NumberShape last_{1, NumberShape::kAnything};
+  NumberShape first_{""};
+  NumberShape last_{""};
   std::size_t first_end_ = 0;
-  std::size_t last_end_ = 0;
   std::size_t length_ = ~std::size_t{0};
 };
 

@@ -9,8 +9,11 @@
 #include "run/event_log.h"
 
 namespace vantrel {
-
 namespace {
+
+std::size_t trades_in(std::uint64_t bytes) {
+  return static_cast<std::size_t>((bytes + sizeof(TradeRecord) - 1) / sizeof(TradeRecord));
+}
 
 // The trades as they stand in the index now, with this run's countdowns taken from them.
 void count_down_anew(TradeStore& store) {
@@ -30,18 +33,21 @@ void count_down_anew(TradeStore& store) {
 }  // namespace
 
 std::vector<TradeRecord> read_trades(std::string_view bytes) {
-  std::vector<TradeRecord> trades((bytes.size() + sizeof(TradeRecord) - 1) / sizeof(TradeRecord));
+  std::vector<TradeRecord> trades(trades_in(bytes.size()));
   if (!bytes.empty()) std::memcpy(trades.data(), bytes.data(), bytes.size());
   return trades;
 }
 
+// Straight into the array: beside it a copy of the file would be as large.
 bool load_trade_index(TradeStore& store) {
-  FileBuffer file;
-  if (!file.read(kIndexFile)) {
+  const File file = open_to_read(kIndexFile);
+  store.trades.resize(trades_in(file.size()));
+  const std::ptrdiff_t count = read_at(file, store.trades.data(), file.size(), 0);
+  if (!file.is_open() || count < 0) {
     report(event::index_unavailable);
     return false;
   }
-  store.trades = read_trades(file.text());
+  store.trades.resize(trades_in(static_cast<std::uint64_t>(count)));
   store.index_read = file.version();
   if (store.trades.size() >= kFewestTrades) return true;
   report(event::index_too_small);
