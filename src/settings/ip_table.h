@@ -37,7 +37,7 @@ class IpTable {
   }
 
   // For an address that will be asked for soon, among many.
-  void prefetch(std::uint32_t address) const {
+  [[gnu::always_inline]] void prefetch(std::uint32_t address) const {
     if (steps_) steps_->prefetch(address);
   }
 
