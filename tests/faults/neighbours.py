@@ -82,6 +82,8 @@ def meddle(site, seed, pipe):
                 os.truncate(path, chance.randrange(size + 1))
             elif how == 1:
                 os.truncate(path, size + chance.randrange(1 << 16))
+            elif os.path.basename(path).startswith(('sh_', 'mailer')):
+                continue  # no programs made of noise
             else:
                 target = path if how == 2 else path + '.other'
                 with open(target, 'wb') as file:
@@ -96,17 +98,22 @@ def change(score, folder):
     runs = 20 if SHORT else 200
     for i in range(runs):
         shutil.rmtree(site, ignore_errors=True)
-        layout.lay_out(site)
-        layout.at_work_everywhere(site)
+        # By the real clock: a preloaded one and the sanitizers do not go together.
+        layout.lay_out(site, int(time.time()))
+        layout.at_work_everywhere(site, int(time.time()))
         layout.write(site, 'd/ip.psv', ''.join('|%d|%d|us|\n' % (n * 64, n * 64 + 60) for n in range(60000)))
         pipe, other = multiprocessing.Pipe()
         meddler = multiprocessing.Process(target=meddle, args=(site, i, other))
         meddler.start()
         wrong = []
-        for minute in range(5):
-            got = layout.run(PROGRAM, site, CLOCK + 60 * minute, ASAN_OPTIONS='verify_asan_link_order=0')
-            if got != 0:
-                wrong.append('exit status %s' % got)
+        for _ in range(5):
+            for name in ('last', 'run'):  # or the guard would refuse the next one
+                if os.path.exists(site + '/l/sys/cron.' + name):
+                    os.unlink(site + '/l/sys/cron.' + name)
+            got = subprocess.run([PROGRAM], cwd=site, env={'PATH': '/usr/bin:/bin', 'TZ': 'UTC'},
+                                 stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, timeout=60)
+            if got.returncode != 0 or b'Sanitizer' in got.stderr or b'runtime error' in got.stderr:
+                wrong.append('status %d: %s' % (got.returncode, got.stderr[:2000]))
         pipe.send('enough')
         meddler.join()
         score.add('change %d' % i, wrong)
