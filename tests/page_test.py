@@ -5,8 +5,9 @@
   tests/page_test.py BUILD_DIRECTORY
 
 Takes chromium, chromium-driver and python3-selenium."""
-import json, os, re, shutil, subprocess, sys, tempfile, time
+import json, os, re, shutil, subprocess, sys, tempfile
 from browser import Browser
+from selenium.common.exceptions import TimeoutException
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
 from selenium.webdriver.support.ui import WebDriverWait
@@ -69,6 +70,14 @@ def js(text, *arguments):
     return browser.execute_script('return ' + text, *arguments)
 
 
+def soon(text, *arguments):
+    """Does it become true?"""
+    try:
+        return WebDriverWait(browser, 20).until(lambda _: js(text, *arguments))
+    except TimeoutException:
+        return False
+
+
 def open_page(page, fragment=''):
     browser.get('about:blank')
     browser.get(f'file://{page}{fragment}')
@@ -109,6 +118,7 @@ def same_figures(site, what):
         shown, wanted = js('report.view(arguments[0])', command[0]), view(site, *command)
         for figures in shown, wanted:
             figures.pop('age_seconds', None)
+            figures.pop('stale', None)
         expect(f'{what}: {command[0]}', shown, wanted)
     findings = view(site, 'check')['findings']
     expect(f'{what}: check', js('report.view("check").findings.map(one => one.subject)'),
@@ -145,11 +155,10 @@ def opens_trade(site):
         expect(f'counters of {window}', shown, list(trade[window].values()))
     shown = [[int(plain(text)) for text in texts(f'#trade-day tbody td:nth-child({i})')] for i in (2, 3, 4, 5)]
     expect('its day', shown, [[row[key] for row in trade['hours']] for key in ('rin', 'uin', 'out', 'clk')])
-    expect('its charts are painted', browser.execute_async_script('''
-        const done = arguments[0];
-        setTimeout(() => done([...document.querySelectorAll('#trade canvas')].map(canvas =>
-          canvas.width > 0 && canvas.getContext('2d').getImageData(0, 0, canvas.width, canvas.height)
-            .data.some(byte => byte !== 0))), 300);'''), [True, True])
+    expect('its charts are painted', soon('''[...document.querySelectorAll('#trade figure')].every(figure => {
+        const {width, height} = figure.querySelector('canvas');
+        return figure.querySelector('canvas').getContext('2d').getImageData(0, 0, width, height).data.some(byte => byte > 0);
+    })'''))
     browser.switch_to.active_element.send_keys(Keys.ESCAPE)
     browser.find_element(By.CSS_SELECTOR, '#overview:not([hidden])')
 
@@ -165,10 +174,10 @@ def is_safe(what):
 def fits(what):
     for pixels in (320, 1200):
         browser.size(pixels)
-        time.sleep(.5)  # charts follow the width in their own time
-        expect(f'{what}: wider than {pixels}', js('''document.documentElement.scrollWidth <= arguments[0] ? [] :
-            [...document.querySelectorAll('body *')].filter(e => !e.closest('.scroll') &&
-              e.getBoundingClientRect().right > arguments[0]).map(e => e.outerHTML.slice(0, 80))''', pixels), [])
+        # Charts follow the width in their own time.
+        if not soon('document.documentElement.scrollWidth <= arguments[0]', pixels):
+            expect(f'{what}: wider than {pixels}', js('''[...document.querySelectorAll('body *')].filter(e =>
+              !e.closest('.scroll') && e.getBoundingClientRect().right > arguments[0]).map(e => e.outerHTML.slice(0, 80))''', pixels))
 
 
 def luminance():
@@ -216,7 +225,7 @@ for trades, seconds, megabytes in ((5000, 2, 5), (10000, 6, 10)):
     size = os.path.getsize(page) / 1e6
     expect(f'{trades} trades: {size:.1f} MB', size < megabytes)
     open_page(page)
-    took = WebDriverWait(browser, 30).until(lambda _: js('report.usableAfter')) / 1000
+    took = soon('report.usableAfter') / 1000
     expect(f'{trades} trades: usable after {took:.2f} s', took < seconds)
     print(f'{trades} trades: {size:.2f} MB, usable after {took:.2f} s')
     browser.find_element(By.CSS_SELECTOR, '#trades input[type=search]').send_keys(f'site{trades}.')
