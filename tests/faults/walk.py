@@ -415,6 +415,8 @@ def expected_event(call, error):
     table = WRITTEN if call.writing else OPENED if call.name == 'openat' else []
     if call.path.endswith('.new') and call.name == 'openat' and error == 'EACCES':
         return None  # a folder that takes no new file: written in place instead
+    if call.path == 'l/hdd.check' and call.name == 'pwrite64':
+        return None  # what is due to go is removed, and it is written again
     for pattern, subject, level in table:
         if re.fullmatch(pattern, call.path):
             # The old file is held open while it is replaced; only its own writing end matters.
