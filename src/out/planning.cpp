@@ -18,7 +18,7 @@ namespace {
 
 Boost boost_of(const TradeWork& trade, double score) {
   Boost boost;
-  boost.active = score > 0 && trade.param_832 > 0 && trade.param_836 > 0 && trade.param_840 > 0;
+  boost.active = score > 0 && has_boost(trade);
   if (!boost.active) return boost;
   boost.metric = boost_metric(trade);
   boost.percentage = boost.metric < trade.param_832 ? trade.param_836 : trade.param_840;
@@ -35,6 +35,10 @@ std::optional<std::int32_t> load_track() {
 }
 
 }  // namespace
+
+bool has_boost(const TradeWork& trade) {
+  return trade.param_832 > 0 && trade.param_836 > 0 && trade.param_840 > 0;
+}
 
 std::int32_t boost_metric(const TradeWork& trade) {
   const TrafficCounters& day = trade.last24;

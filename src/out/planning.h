@@ -20,6 +20,9 @@ namespace vantrel {
 // The trade's quota of clicks for a local hour (0-23), whether its hours have run out or not.
 [[nodiscard]] std::int32_t quota_of(const TradeWork& trade, int hour);
 
+// True when threshold and both percentages of the trade's boost are set.
+[[nodiscard]] bool has_boost(const TradeWork& trade);
+
 // What a trade's own settings make of its score, if it is above 0.
 struct Boost {
   bool active = false;

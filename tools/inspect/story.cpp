@@ -255,7 +255,8 @@ double total_weight(const std::vector<OutListEntry>& entries) {
 }
 
 Json json_number(double value) {
-  return std::isfinite(value) ? Json(value) : Json(number_text(value));
+  if (!std::isfinite(value)) return number_text(value);
+  return value == 0 ? 0.0 : value;  // no -0
 }
 
 std::string score_cell(const Json& value) {

@@ -67,7 +67,7 @@ Json settings_json(const TradeWork& work, int hour, const TradeCap& cap) {
           {"quota_overrides_minimum", work.param_888 == 1},
           {"forced_listing", work.param_892},
           {"boost",
-           {{"active", work.param_832 > 0 && work.param_836 > 0 && work.param_840 > 0},
+           {{"active", has_boost(work)},
             {"metric", work.param_828},
             {"measured", boost_metric(work)},
             {"threshold", work.param_832},

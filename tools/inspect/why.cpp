@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <iostream>
 
 #include "base/text.h"
@@ -134,8 +135,10 @@ Json error_steps(const Story& story) {
   Json errors = Json::array();
   for (const Forecast::FormulaError& found : story.forecast.formula_errors) {
     if (found.position != story.position) continue;
-    errors.push_back(
-        step(found.error.offset, std::string("at this place: ") + error_text(found.error.kind)));
+    const std::string& text = story.steps.formula.text;
+    const std::string rest = text.substr(std::min(found.error.offset, text.size()), 20);
+    errors.push_back(step(found.error.offset,
+                          "characters in, at \"" + rest + "\": " + error_text(found.error.kind)));
   }
   return errors;
 }
