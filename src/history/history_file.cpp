@@ -47,23 +47,9 @@ std::string_view from_last_bars(std::string_view text, std::uint64_t n) {
 
 // Adds up the counters of a text that begins with the first piece of a record.
 TrafficCounters sum_records(std::string_view text) {
-  constexpr std::string_view kEmptyPieces = "||||||||||||||";
   TrafficCounters sum;
   Pieces pieces(text);
-  std::string_view ignored;
-  for (std::uint64_t k = 0; !pieces.rest().empty(); k = (k + 1) % kPiecesPerRecord) {
-    if (k < kFirstCounter) {
-      static_cast<void>(pieces.next(ignored));
-    } else if (k < kFirstCounter + kCounterCount) {
-      std::int32_t& counter = sum.values[k - kFirstCounter];
-      counter = wrap_add(counter, next_int(pieces));
-    } else if (k == kFirstCounter + kCounterCount && pieces.rest().starts_with(kEmptyPieces)) {
-      pieces.skip(kEmptyPieces.size());  // all at once: nobody fills them
-      k = kPiecesPerRecord - 1;
-    } else {
-      static_cast<void>(pieces.next(ignored));
-    }
-  }
+  for (HistoryRecord record; next_record(pieces, record);) add(sum, record.counters);
   return sum;
 }
 
@@ -77,6 +63,22 @@ std::uint64_t bars_of_last_week(std::uint64_t bars, bool ends_with_bar) {
 
 }  // namespace
 
+bool next_record(Pieces& pieces, HistoryRecord& record) {
+  constexpr std::string_view kEmptyPieces = "||||||||||||||";
+  if (pieces.rest().empty()) return false;
+  static_cast<void>(pieces.next_or_empty());
+  record.date = pieces.next_or_empty();
+  for (std::int32_t& counter : record.counters.values) counter = next_int(pieces);
+  if (pieces.rest().starts_with(kEmptyPieces)) {
+    pieces.skip(kEmptyPieces.size());  // all at once: nobody fills them
+    return true;
+  }
+  for (std::uint64_t k = kFirstCounter + kCounterCount; k < kPiecesPerRecord; ++k) {
+    static_cast<void>(pieces.next_or_empty());
+  }
+  return true;
+}
+
 std::optional<std::string> trade_history_path(std::string_view name) {
   if (name.find('/') != std::string_view::npos) return std::nullopt;
   return "d/h/" + std::string(name) + ".his";
@@ -88,7 +90,7 @@ HistoryReader::HistoryReader() : buffer_(std::make_unique_for_overwrite<char[]>(
 // The file grows for ever, and nothing tells where a record begins but the number of bars before
 // it. So the bars are counted to the end chunk by chunk; the records wanted are most often in the
 // last chunk still at hand.
-std::optional<TrafficCounters> HistoryReader::sum_of_last_week(const char* path) {
+std::optional<std::string_view> HistoryReader::last_week(const char* path) {
   const File file = open_to_read(path);
   if (!file.is_open()) return std::nullopt;
   std::string_view chunk;
@@ -107,16 +109,20 @@ std::optional<TrafficCounters> HistoryReader::sum_of_last_week(const char* path)
 
   const bool ends_with_bar = chunk.empty() || chunk.back() == '|';
   const std::uint64_t wanted = bars_of_last_week(bars, ends_with_bar);
-  std::string tail;
   for (std::size_t length = 2 * kChunk; bars_in_chunk < wanted && chunk.size() < size;
        length *= 2) {
-    tail.resize(static_cast<std::size_t>(std::min<std::uint64_t>(length, size)));
-    const std::ptrdiff_t count = read_at(file, tail.data(), tail.size(), size - tail.size());
+    tail_.resize(static_cast<std::size_t>(std::min<std::uint64_t>(length, size)));
+    const std::ptrdiff_t count = read_at(file, tail_.data(), tail_.size(), size - tail_.size());
     if (count < 0) return std::nullopt;
-    chunk = tail;
+    chunk = tail_;
     bars_in_chunk = count_bars(chunk);
   }
-  return sum_records(from_last_bars(chunk, wanted));
+  return from_last_bars(chunk, wanted);
+}
+
+std::optional<TrafficCounters> HistoryReader::sum_of_last_week(const char* path) {
+  const auto text = last_week(path);
+  return text ? std::optional(sum_records(*text)) : std::nullopt;
 }
 
 }  // namespace vantrel

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -16,15 +17,6 @@ namespace vantrel {
 namespace {
 
 constexpr const char* kAlertsFile = "d/alerts";
-
-// One kind of alert: where its threshold stands (its flag stands behind it) and what the mail says.
-struct AlertKind {
-  std::size_t threshold;
-  std::string_view before;
-  std::string_view after;
-
-  [[nodiscard]] std::size_t flag() const { return threshold + 1; }
-};
 
 // In the order in which they are checked and mailed. The two blanks are what webmasters' filters
 // have always matched.
@@ -45,37 +37,13 @@ AlertFields load_alerts() {
   return parse_alerts(file.text());
 }
 
-// Totals and thresholds of the site are compared as unsigned numbers, those of a trade as signed.
-bool crosses(const AlertKind& kind, std::int32_t threshold, const std::vector<TradeWork>& works) {
-  std::uint32_t day = 0;
-  std::uint32_t hour = 0;
-  for (const TradeWork& work : works) {
-    day += static_cast<std::uint32_t>(work.last24[slot::rin]);
-    hour += static_cast<std::uint32_t>(work.last60[slot::rin]);
-  }
-  const auto limit = static_cast<std::uint32_t>(threshold);
-  switch (kind.threshold) {
-    case 4:
-      return day < limit;
-    case 6:
-      return day > limit;
-    case 8:
-      return hour < limit;
-    case 10:
-      return hour > limit;
-    default:
-      return std::any_of(works.begin(), works.end(), [threshold](const TradeWork& work) {
-        return threshold < work.last24[slot::rin];
-      });
-  }
-}
-
 std::vector<const AlertKind*> fired_alerts(const AlertFields& fields,
                                            const std::vector<TradeWork>& works) {
+  const AlertTotals totals = alert_totals(works);
   std::vector<const AlertKind*> fired;
   for (const AlertKind& kind : kAlertKinds) {
     const bool may_be_sent = fields[kind.flag()] == "0";
-    if (may_be_sent && crosses(kind, to_int(fields[kind.threshold]), works)) {
+    if (may_be_sent && crosses(kind, to_int(fields[kind.threshold]), totals)) {
       fired.push_back(&kind);
     }
   }
@@ -113,6 +81,35 @@ bool store_alerts(const std::string& text) {
 }
 
 }  // namespace
+
+std::span<const AlertKind> alert_kinds() { return kAlertKinds; }
+
+AlertTotals alert_totals(const std::vector<TradeWork>& works) {
+  AlertTotals totals;
+  totals.busiest = std::numeric_limits<std::int32_t>::min();
+  for (const TradeWork& work : works) {
+    totals.day += static_cast<std::uint32_t>(work.last24[slot::rin]);
+    totals.hour += static_cast<std::uint32_t>(work.last60[slot::rin]);
+    totals.busiest = std::max(totals.busiest, work.last24[slot::rin]);
+  }
+  return totals;
+}
+
+bool crosses(const AlertKind& kind, std::int32_t threshold, const AlertTotals& totals) {
+  const auto limit = static_cast<std::uint32_t>(threshold);
+  switch (kind.threshold) {
+    case 4:
+      return totals.day < limit;
+    case 6:
+      return totals.day > limit;
+    case 8:
+      return totals.hour < limit;
+    case 10:
+      return totals.hour > limit;
+    default:
+      return threshold < totals.busiest;
+  }
+}
 
 AlertFields parse_alerts(std::string_view text) {
   AlertFields fields = split(text, '|', 1 + kAlertFieldCount + 1);

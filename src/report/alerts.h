@@ -9,6 +9,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -33,6 +35,28 @@ inline constexpr std::size_t kRecipient = 2;
 
 // Whether the 14 fields name a mail program and two addresses.
 [[nodiscard]] bool can_be_mailed(const AlertFields& fields);
+
+// One kind of alert: where its threshold stands (its flag stands behind it) and what the mail says.
+struct AlertKind {
+  std::size_t threshold;
+  std::string_view before;
+  std::string_view after;
+
+  [[nodiscard]] std::size_t flag() const { return threshold + 1; }
+};
+[[nodiscard]] std::span<const AlertKind> alert_kinds();
+
+// The traffic that thresholds are compared with.
+struct AlertTotals {
+  std::uint32_t day = 0;     // incoming hits of all entries
+  std::uint32_t hour = 0;    // the same of 60 minutes
+  std::int32_t busiest = 0;  // of the entry that has most in 24 hours
+};
+[[nodiscard]] AlertTotals alert_totals(const std::vector<TradeWork>& works);
+
+// Totals and thresholds of the site are compared as unsigned numbers, those of a trade as signed.
+[[nodiscard]] bool crosses(const AlertKind& kind, std::int32_t threshold,
+                           const AlertTotals& totals);
 
 // Compares the windows of all entries with the thresholds, mails what has not been mailed and
 // stores the flags. Failures are events.

@@ -18,7 +18,6 @@ namespace vantrel {
 namespace {
 
 constexpr const char* kDiskCheckFile = "l/hdd.check";
-constexpr const char* kLastRunFile = "l/sys/cron.last";
 constexpr std::string_view kDiskCheckText = "0123456789";
 
 // Somebody wrote to the history between its reading and this run's note, which begins there. True

@@ -15,6 +15,7 @@ namespace vantrel {
 // l/sys/cron.run: one run stamp a line, oldest first, appended by every run that is let in and cut
 // to the newest 20 by the end-of-run check.
 inline constexpr const char* kRunHistoryFile = "l/sys/cron.run";
+inline constexpr const char* kLastRunFile = "l/sys/cron.last";
 inline constexpr const char* kRunStampFormat = "%m%d%H%M";
 
 // How many of the newest stamps anything looks at.

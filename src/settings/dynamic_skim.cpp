@@ -1,5 +1,6 @@
 #include "settings/dynamic_skim.h"
 
+#include <algorithm>
 #include <optional>
 #include <string_view>
 
@@ -10,19 +11,6 @@
 
 namespace vantrel {
 namespace {
-
-struct SkimSwitches {
-  bool enabled = false;
-  bool trades = false;
-  bool entry6 = false;
-  bool entry3 = false;
-};
-
-struct SkimCondition {
-  std::string_view metric;
-  std::string_view op;
-  std::int32_t threshold = 0;
-};
 
 // The site's traffic over all entries but the one with id 5.
 struct SiteTotals {
@@ -40,7 +28,8 @@ SiteTotals site_totals(const std::vector<TradeWork>& works) {
   return totals;
 }
 
-std::int32_t metric_of(const SiteTotals& totals, std::string_view metric) {
+// One of the ten codes and what it measures; nothing for any other text.
+std::optional<std::int32_t> metric_of(const SiteTotals& totals, std::string_view metric) {
   const TrafficCounters& hour = totals.last60;
   const TrafficCounters& day = totals.last24;
   if (metric == "1") return hour[slot::uin];
@@ -53,20 +42,34 @@ std::int32_t metric_of(const SiteTotals& totals, std::string_view metric) {
   if (metric == "8") return day[slot::ctt];
   if (metric == "9") return percent_of(day[slot::out], day[slot::uin]);
   if (metric == "10") return percent_of(day[slot::cef], day[slot::uin]);
-  return 0;
+  return std::nullopt;
 }
 
-bool matches(const SkimCondition& condition, std::int32_t value) {
-  if (condition.op == "1") return value > condition.threshold;
-  return condition.op == "2" && value < condition.threshold;
+bool matches(const SkimBlock& block, std::int32_t value, std::int32_t threshold) {
+  if (block.op == "1") return value > threshold;
+  return block.op == "2" && value < threshold;
 }
 
 bool applies_to(const SkimSwitches& switches, const TradeWork& work) {
-  return (work.id == 3 && switches.entry3) || (work.id == 6 && switches.entry6) ||
-         (work.id > 10 && switches.trades);
+  return (work.id == 3 && switches.is_on(3)) || (work.id == 6 && switches.is_on(2)) ||
+         (work.id > 10 && switches.is_on(1));
 }
 
 }  // namespace
+
+bool read_skim_switches(Pieces& pieces, SkimSwitches& switches) {
+  static_cast<void>(pieces.next_or_empty());  // what stands before the first bar
+  return std::all_of(switches.texts.begin(), switches.texts.end(),
+                     [&pieces](std::string_view& text) { return pieces.next(text); });
+}
+
+bool next_skim_block(Pieces& pieces, SkimBlock& block) {
+  return pieces.next(block.value) && pieces.next(block.metric) && pieces.next(block.op) &&
+         pieces.next(block.threshold);
+}
+
+bool is_skim_metric(std::string_view metric) { return metric_of({}, metric).has_value(); }
+bool is_skim_operator(std::string_view op) { return op == "1" || op == "2"; }
 
 std::optional<SkimChange> apply_dynamic_skim(std::vector<TradeWork>& works) {
   FileBuffer file;
@@ -75,31 +78,19 @@ std::optional<SkimChange> apply_dynamic_skim(std::vector<TradeWork>& works) {
     report(event::skim_consequence);
     return std::nullopt;
   }
-  Pieces fields(file.text());
-  std::string_view field;
-  std::string_view switch_texts[4];
-  static_cast<void>(fields.next(field));  // what stands before the first bar
-  for (std::string_view& text : switch_texts) {
-    if (!fields.next(text)) return std::nullopt;
-  }
-  const SkimSwitches switches{switch_texts[0] == "1", switch_texts[1] == "1",
-                              switch_texts[2] == "1", switch_texts[3] == "1"};
-  if (!switches.enabled || !(switches.trades || switches.entry6 || switches.entry3)) {
-    return std::nullopt;
-  }
-
+  Pieces pieces(file.text());
+  SkimSwitches switches;
+  if (!read_skim_switches(pieces, switches) || !switches.in_use()) return std::nullopt;
   const SiteTotals totals = site_totals(works);
   // Every matching block would set the same entries anew, so only the last one counts.
   std::optional<SkimChange> change;
   std::size_t number = 0;
-  for (std::string_view skim, threshold; fields.next(skim); ++number) {
-    SkimCondition block;
-    if (!fields.next(block.metric) || !fields.next(block.op) || !fields.next(threshold)) break;
-    block.threshold = to_int(threshold);
-    const std::int32_t value = metric_of(totals, block.metric);
-    if (!matches(block, value)) continue;
-    change = SkimChange{number, to_int(skim),    std::string(block.metric),
-                        value,  block.threshold, block.op == "1"};
+  for (SkimBlock block; next_skim_block(pieces, block); ++number) {
+    const std::int32_t value = metric_of(totals, block.metric).value_or(0);
+    const std::int32_t threshold = to_int(block.threshold);
+    if (!matches(block, value, threshold)) continue;
+    change = SkimChange{number, to_int(block.value), std::string(block.metric),
+                        value,  threshold,           block.op == "1"};
   }
   if (!change) return std::nullopt;
   for (TradeWork& work : works) {

@@ -9,6 +9,7 @@
 
 #include "base/files.h"
 #include "base/first_index.h"
+#include "base/text.h"
 
 namespace vantrel {
 
@@ -49,6 +50,24 @@ struct RatingLists {
     return RatingGroups(bits == TextIndex::kNone ? 0 : bits);
   }
 };
+
+// One entry as the text has it.
+struct RatingPieces {
+  std::string_view ignored;
+  std::string_view selector;
+  std::string_view text;
+};
+
+// False when no whole entry is left.
+[[nodiscard]] inline bool next_rating(Pieces& pieces, RatingPieces& entry) {
+  return pieces.next(entry.ignored) && pieces.next(entry.selector) && pieces.next(entry.text);
+}
+
+// The group a selector names, 1 to 3; 0 for any other text.
+[[nodiscard]] inline std::size_t rating_group(std::string_view selector) {
+  const bool known = selector.size() == 1 && selector[0] >= '1' && selector[0] <= '3';
+  return known ? static_cast<std::size_t>(selector[0] - '0') : 0;
+}
 
 // False when the file cannot be read; the caller reports it.
 [[nodiscard]] bool load_rating(RatingLists& lists, const char* path);

@@ -11,13 +11,6 @@
 namespace vantrel {
 namespace {
 
-// Drops bars and carriage returns where the name stands, and what follows a star.
-std::string_view clean_name(char* line, std::size_t size) {
-  char* const star = std::find(line, line + size, '*');
-  char* const end = std::remove_if(line, star, [](char c) { return c == '|' || c == '\r'; });
-  return {line, static_cast<std::size_t>(end - line)};
-}
-
 void load_se_list(TrafficSettings& settings) {
   FileBuffer& file = settings.se_file;
   static_cast<void>(file.read("d/se"));
@@ -54,19 +47,23 @@ void load_proxy_list(TrafficSettings& settings) {
 
 }  // namespace
 
+std::string_view clean_name(char* line, std::size_t size) {
+  char* const star = std::find(line, line + size, '*');
+  char* const end = std::remove_if(line, star, [](char c) { return c == '|' || c == '\r'; });
+  return {line, static_cast<std::size_t>(end - line)};
+}
+
 std::size_t parse_traffic_rules(std::string_view text,
                                 std::array<TrafficRule, TrafficSettings::kRuleCount>& rules) {
   rules.fill({0, TrafficRule::kNone, 0.0f, 0});
   Pieces pieces(text);
   std::size_t count = 0;
-  for (TrafficRule& rule : rules) {
-    std::string_view piece;
-    if (!pieces.next(piece) || !pieces.next(piece)) break;
-    ++count;
-    rule.rule_a = to_int(piece);
-    rule.op_code = to_int(pieces.next_or_empty());
-    rule.value = static_cast<float>(to_double(pieces.next_or_empty()));
-    rule.rule_d = to_int(pieces.next_or_empty());
+  for (RulePieces texts; count < rules.size() && next_rule(pieces, texts); ++count) {
+    TrafficRule& rule = rules[count];
+    rule.rule_a = to_int(texts.rule_a);
+    rule.op_code = to_int(texts.op_code);
+    rule.value = static_cast<float>(to_double(texts.value));
+    rule.rule_d = to_int(texts.rule_d);
   }
   return count;
 }

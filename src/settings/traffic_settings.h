@@ -11,6 +11,7 @@
 
 #include "base/files.h"
 #include "base/first_index.h"
+#include "base/text.h"
 
 namespace vantrel {
 
@@ -39,6 +40,28 @@ struct TrafficSettings {
 
   std::array<TrafficRule, kRuleCount> rules{};
 };
+
+// One rule as the text has it; what the end of the file cut off is empty.
+struct RulePieces {
+  std::string_view ignored;
+  std::string_view rule_a;
+  std::string_view op_code;
+  std::string_view value;
+  std::string_view rule_d;
+};
+
+// False when not even the first number of a rule is left.
+[[nodiscard]] inline bool next_rule(Pieces& pieces, RulePieces& rule) {
+  if (!pieces.next(rule.ignored) || !pieces.next(rule.rule_a)) return false;
+  for (std::string_view* piece : {&rule.op_code, &rule.value, &rule.rule_d}) {
+    *piece = pieces.next_or_empty();
+  }
+  return true;
+}
+
+// A line of d/se as the list has it: without bars and carriage returns, cut at a star. The line is
+// rewritten where it stands.
+[[nodiscard]] std::string_view clean_name(char* line, std::size_t size);
 
 // Takes the rules from the text of d/traffic.set and returns how many of the 36 it has. Groups of
 // five pieces: ignored, rule_a, op_code, value, rule_d. A group cut short by the end of the file is

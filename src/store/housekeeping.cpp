@@ -20,7 +20,6 @@
 namespace vantrel {
 namespace {
 
-constexpr const char* kBackupDirectory = "d/backup/";
 constexpr std::size_t kBackupsKept = 90;
 constexpr std::time_t kLogsKept = 25 * 60 * 60;  // seconds
 
@@ -48,7 +47,9 @@ void make_backup(const std::string& hour_stamp) {
   const std::string archive = kBackupDirectory + hour_stamp + ".tar.gz";
   // What the run would not write through, or wait for, tar must not either.
   if (!open_to_update(archive.c_str()).is_open()) std::remove(archive.c_str());
-  run_command("tar zcf " + archive + " d/t d/gr d/h d/tpl d/css");
+  std::string command = "tar zcf " + archive;
+  for (const char* folder : kBackupFolders) command.append(" ").append(folder);
+  run_command(command);
 }
 
 void remove_old_logs(std::time_t walked) {

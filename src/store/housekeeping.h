@@ -7,6 +7,10 @@
 
 namespace vantrel {
 
+inline constexpr const char* kBackupDirectory = "d/backup/";
+// What an archive holds.
+inline constexpr const char* kBackupFolders[] = {"d/t", "d/gr", "d/h", "d/tpl", "d/css"};
+
 // Archives the databases to d/backup/<hour stamp>.tar.gz with the system's tar, whatever becomes of
 // it. The stamp is of the hour the minute walk visited last.
 void make_backup(const std::string& hour_stamp);

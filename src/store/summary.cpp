@@ -21,23 +21,6 @@ char* put_piece(char* to, std::int32_t value) {
   return to;
 }
 
-std::string encode_summary(const std::vector<TradeWork>& works) {
-  std::string text;
-  text.reserve(works.size() * kSummaryPieces * 4);
-  for (const TradeWork& work : works) {
-    char line[2 + kSummaryPieces * kLongestPiece];
-    char* end = line;
-    *end++ = '|';
-    end = put_piece(end, work.id);
-    for (const TrafficCounters* window : {&work.last60, &work.last24, &work.last07}) {
-      for (const std::int32_t value : window->values) end = put_piece(end, value);
-    }
-    *end++ = '\n';
-    text.append(line, end);
-  }
-  return text;
-}
-
 void negate_windows(std::vector<TradeWork>& works) {
   for (TradeWork& work : works) {
     for (TrafficCounters* window : {&work.last60, &work.last24, &work.last07}) {
@@ -72,6 +55,23 @@ bool store_summary(TradeStore& store) {
 }
 
 }  // namespace
+
+std::string encode_summary(const std::vector<TradeWork>& works) {
+  std::string text;
+  text.reserve(works.size() * kSummaryPieces * 4);
+  for (const TradeWork& work : works) {
+    char line[2 + kSummaryPieces * kLongestPiece];
+    char* end = line;
+    *end++ = '|';
+    end = put_piece(end, work.id);
+    for (const TrafficCounters* window : {&work.last60, &work.last24, &work.last07}) {
+      for (const std::int32_t value : window->values) end = put_piece(end, value);
+    }
+    *end++ = '\n';
+    text.append(line, end);
+  }
+  return text;
+}
 
 void add_summary(TradeStore& store, std::string_view text) {
   Pieces pieces(text);

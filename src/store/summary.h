@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 #include "store/trade_index.h"
@@ -24,6 +25,9 @@ void add_summary(TradeStore& store, std::string_view text);
 
 // Reads the file and adds its values. False, with an event, when it cannot be read.
 [[nodiscard]] bool load_summary(TradeStore& store);
+
+// The file's text for a work array.
+[[nodiscard]] std::string encode_summary(const std::vector<TradeWork>& works);
 
 // False, with an event, when the file cannot be written; the old one is then whole. Where another
 // run has stored its totals since the file was loaded, what this run counted is added to those.
