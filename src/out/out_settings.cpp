@@ -12,25 +12,20 @@
 namespace vantrel {
 namespace {
 
-// Pairs of pieces: a name, a weight. The name of all but the first begins with a line feed.
+// Pairs of pieces: a name, a weight.
 std::optional<OutSet> load_out_set() {
   FileBuffer file;
   if (!file.read("d/out.set")) return std::nullopt;
   OutSet weights;
   Pieces pieces(file.text());
-  for (std::string_view name, weight; pieces.next(name) && pieces.next(weight);) {
-    weights.push_back(to_int(weight));
-  }
+  for (WeightPieces entry; next_weight(pieces, entry);) weights.push_back(to_int(entry.weight));
   return weights;
 }
 
-// One record; the piece before its first bar is dropped.
 std::optional<OutMod> load_out_mod() {
   FileBuffer file;
   if (!file.read("d/out.mod")) return std::nullopt;
-  auto fields = split(file.text(), '|', 1 + OutMod::kFieldsUsed + 1);
-  if (!fields.empty()) fields.erase(fields.begin());
-  return OutMod(std::move(fields));
+  return parse_out_mod(file.text());
 }
 
 void apply_cap(TradeCap& caps, std::string_view kind, std::int32_t value) {
@@ -45,14 +40,20 @@ std::optional<TradeCaps> load_caps() {
   if (!file.read("d/caps")) return std::nullopt;
   TradeCaps caps;
   Pieces pieces(file.text());
-  for (std::string_view ignored, id, kind, value;
-       pieces.next(ignored) && pieces.next(id) && pieces.next(kind) && pieces.next(value);) {
-    if (value != "-1") apply_cap(caps[to_int(id)], kind, to_int(value));
+  for (CapPieces cap; next_cap(pieces, cap);) {
+    if (cap.value != "-1") apply_cap(caps[to_int(cap.id)], cap.kind, to_int(cap.value));
   }
   return caps;
 }
 
 }  // namespace
+
+// One record; the piece before its first bar is dropped.
+OutMod parse_out_mod(std::string_view text) {
+  auto fields = split(text, '|', 1 + OutMod::kFieldsUsed + 1);
+  if (!fields.empty()) fields.erase(fields.begin());
+  return OutMod(std::move(fields));
+}
 
 OutMod::OutMod(std::vector<std::string> fields) : fields_(std::move(fields)) {
   for (std::size_t i = 0; i < kFieldsUsed && i + 1 < fields_.size(); ++i) {

@@ -11,6 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/text.h"
+
 namespace vantrel {
 
 // Weights in the order in which they are handed out.
@@ -55,6 +57,27 @@ struct OutSettings {
   OutMod modifiers;
   TradeCaps caps;
 };
+
+// A weight and a cap as their files have them; false when no whole one is left.
+struct WeightPieces {
+  std::string_view name;  // of all but the first it begins with a line feed
+  std::string_view weight;
+};
+[[nodiscard]] inline bool next_weight(Pieces& pieces, WeightPieces& entry) {
+  return pieces.next(entry.name) && pieces.next(entry.weight);
+}
+struct CapPieces {
+  std::string_view ignored;
+  std::string_view id;
+  std::string_view kind;  // 1, 2 or 3; others have no effect
+  std::string_view value;
+};
+[[nodiscard]] inline bool next_cap(Pieces& pieces, CapPieces& entry) {
+  return pieces.next(entry.ignored) && pieces.next(entry.id) && pieces.next(entry.kind) &&
+         pieces.next(entry.value);
+}
+
+[[nodiscard]] OutMod parse_out_mod(std::string_view text);
 
 // Reads the three files in this order; the weights are generated where the modifiers say so. False,
 // with an event, when the weights or the modifiers cannot be read; missing caps are only reported.

@@ -37,6 +37,17 @@ AlertFields load_alerts() {
   return parse_alerts(file.text());
 }
 
+AlertTotals alert_totals(const std::vector<TradeWork>& works) {
+  AlertTotals totals;
+  totals.busiest = std::numeric_limits<std::int32_t>::min();
+  for (const TradeWork& work : works) {
+    totals.day += static_cast<std::uint32_t>(work.last24[slot::rin]);
+    totals.hour += static_cast<std::uint32_t>(work.last60[slot::rin]);
+    totals.busiest = std::max(totals.busiest, work.last24[slot::rin]);
+  }
+  return totals;
+}
+
 std::vector<const AlertKind*> fired_alerts(const AlertFields& fields,
                                            const std::vector<TradeWork>& works) {
   const AlertTotals totals = alert_totals(works);
@@ -83,17 +94,6 @@ bool store_alerts(const std::string& text) {
 }  // namespace
 
 std::span<const AlertKind> alert_kinds() { return kAlertKinds; }
-
-AlertTotals alert_totals(const std::vector<TradeWork>& works) {
-  AlertTotals totals;
-  totals.busiest = std::numeric_limits<std::int32_t>::min();
-  for (const TradeWork& work : works) {
-    totals.day += static_cast<std::uint32_t>(work.last24[slot::rin]);
-    totals.hour += static_cast<std::uint32_t>(work.last60[slot::rin]);
-    totals.busiest = std::max(totals.busiest, work.last24[slot::rin]);
-  }
-  return totals;
-}
 
 bool crosses(const AlertKind& kind, std::int32_t threshold, const AlertTotals& totals) {
   const auto limit = static_cast<std::uint32_t>(threshold);

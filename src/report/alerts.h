@@ -52,7 +52,6 @@ struct AlertTotals {
   std::uint32_t hour = 0;    // the same of 60 minutes
   std::int32_t busiest = 0;  // of the entry that has most in 24 hours
 };
-[[nodiscard]] AlertTotals alert_totals(const std::vector<TradeWork>& works);
 
 // Totals and thresholds of the site are compared as unsigned numbers, those of a trade as signed.
 [[nodiscard]] bool crosses(const AlertKind& kind, std::int32_t threshold,

@@ -21,17 +21,6 @@ void load_se_list(TrafficSettings& settings) {
   }
 }
 
-void add_words(TextIndex& words, std::string_view line) {
-  const auto end = line.end();
-  for (auto begin = line.begin();;) {
-    begin = std::find_if_not(begin, end, is_space);
-    if (begin == end) return;
-    const auto stop = std::find_if(begin, end, is_space);
-    words.add({begin, stop}, 0);
-    begin = stop;
-  }
-}
-
 void load_proxy_list(TrafficSettings& settings) {
   if (!settings.proxy_file.read("d/proxy")) {
     report(event::proxy_missing);
@@ -41,7 +30,8 @@ void load_proxy_list(TrafficSettings& settings) {
   settings.proxy_list = TextIndex(settings.proxy_file.size() / kUsualBytes);
   Pieces lines = lines_of(settings.proxy_file.text());
   for (std::string_view line; lines.next(line);) {
-    add_words(settings.proxy_list, line.substr(0, line.find(':')));
+    line = proxy_part(line);
+    for (std::string_view word; next_word(line, word);) settings.proxy_list.add(word, 0);
   }
 }
 
@@ -51,6 +41,16 @@ std::string_view clean_name(char* line, std::size_t size) {
   char* const star = std::find(line, line + size, '*');
   char* const end = std::remove_if(line, star, [](char c) { return c == '|' || c == '\r'; });
   return {line, static_cast<std::size_t>(end - line)};
+}
+
+std::string_view proxy_part(std::string_view line) { return line.substr(0, line.find(':')); }
+
+bool next_word(std::string_view& line, std::string_view& word) {
+  const auto begin = std::find_if_not(line.begin(), line.end(), is_space);
+  const auto stop = std::find_if(begin, line.end(), is_space);
+  word = {begin, stop};
+  line = {stop, line.end()};
+  return !word.empty();
 }
 
 std::size_t parse_traffic_rules(std::string_view text,

@@ -63,6 +63,10 @@ struct RulePieces {
 // rewritten where it stands.
 [[nodiscard]] std::string_view clean_name(char* line, std::size_t size);
 
+// What of a line of d/proxy is read, and the next word of it, which is taken off its front.
+[[nodiscard]] std::string_view proxy_part(std::string_view line);
+[[nodiscard]] bool next_word(std::string_view& line, std::string_view& word);
+
 // Takes the rules from the text of d/traffic.set and returns how many of the 36 it has. Groups of
 // five pieces: ignored, rule_a, op_code, value, rule_d. A group cut short by the end of the file is
 // a rule whose missing numbers are 0.

@@ -35,6 +35,7 @@ struct Options {
   std::vector<std::string> sites;
   bool by_trade = false;
   int minutes = 3;
+  CheckQuery check;
 };
 
 // "FILE=OTHER", the other one as it is named where the program was started.
@@ -129,7 +130,10 @@ void add_commands(CLI::App& app, Options& options) {
       ->type_name("LEVEL");
   events->add_option("--trade", options.events.trade, "Only of this trade")->type_name("NAME|ID");
   app.add_subcommand("runs", "The run history and its gaps");
-  app.add_subcommand("check", "Would the next run reach its end?");
+  CLI::App* check = app.add_subcommand("check", "What is wrong, what a run now would do about it");
+  check->add_option("--user", options.check.user, "Look with the rights of this user (root only)")
+      ->type_name("NAME");
+  check->add_flag("--verbose", options.check.verbose, "Tell also what is fine");
   CLI::App* report = app.add_subcommand(
       "report", has_report() ? "All of it as a page for a browser" : "Not built into this program");
   report->add_option("-o,--output", options.page_file, "Write this file, not the standard output")
@@ -171,7 +175,7 @@ View view_of(const std::string& command) {
     return {[](const Options& o) { return events_view(o.events); }, print_events};
   }
   if (command == "runs") return {[](const Options&) { return runs_view(); }, print_runs};
-  return {[](const Options&) { return check_view(); }, print_check};
+  return {[](const Options& o) { return check_view(o.check); }, print_check};
 }
 
 int show(const std::string& command, const Options& options) {

@@ -67,6 +67,17 @@ std::optional<std::string> read_tail(const std::string& path, std::size_t length
   return bytes;
 }
 
+std::optional<std::string> read_head(const std::string& path, std::size_t length) {
+  if (!is_regular(path)) return std::nullopt;
+  const File file = open_untouched(path);
+  if (!file.is_open()) return std::nullopt;
+  std::string bytes(length, '\0');
+  const std::ptrdiff_t count = read_at(file, bytes.data(), bytes.size(), 0);
+  if (count < 0) return std::nullopt;
+  bytes.resize(static_cast<std::size_t>(count));
+  return bytes;
+}
+
 bool exists(const std::string& path) { return status_of(path).has_value(); }
 
 bool is_regular(const std::string& path) {
@@ -91,6 +102,7 @@ std::size_t file_size(const std::string& path) {
 
 bool may_read(const std::string& path) { return may(path, R_OK); }
 bool may_write(const std::string& path) { return may(path, W_OK); }
+bool may_enter(const std::string& directory) { return may(directory, X_OK); }
 bool may_execute(const std::string& path) { return is_regular(path) && may(path, X_OK); }
 
 bool may_create_or_write(const std::string& path) {

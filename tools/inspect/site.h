@@ -28,6 +28,9 @@ struct WrongUsage {
 // The same, but only the end of a file that is longer than that.
 [[nodiscard]] std::optional<std::string> read_tail(const std::string& path, std::size_t length);
 
+// The same, but only the beginning.
+[[nodiscard]] std::optional<std::string> read_head(const std::string& path, std::size_t length);
+
 [[nodiscard]] bool exists(const std::string& path);
 [[nodiscard]] bool is_regular(const std::string& path);
 [[nodiscard]] bool is_directory(const std::string& path);
@@ -37,6 +40,7 @@ struct WrongUsage {
 // What the user who runs the inspector may do; on a read-only file system nothing can be written.
 [[nodiscard]] bool may_read(const std::string& path);
 [[nodiscard]] bool may_write(const std::string& path);
+[[nodiscard]] bool may_enter(const std::string& directory);
 [[nodiscard]] bool may_execute(const std::string& path);
 // A file that can be written, or made where it is missing.
 [[nodiscard]] bool may_create_or_write(const std::string& path);

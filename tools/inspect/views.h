@@ -89,9 +89,13 @@ void print_metrics(const Json& view);
 [[nodiscard]] Json alive_view(int minutes);
 void print_alive(const Json& view);
 
-// Would the next run reach its end? "status" is the exit status: 0 fine, 1 something is off, 2 the
-// run would end early.
-[[nodiscard]] Json check_view();
+// Would the next run reach its end, with a list worth following, and is anything being lost?
+// "status" is the exit status: 0 fine, 1 something is off, 2 the run would end early.
+struct CheckQuery {
+  std::string user;      // whose rights count, that of the program when empty; only root may ask
+  bool verbose = false;  // what is fine one by one, not as one finding
+};
+[[nodiscard]] Json check_view(const CheckQuery& query = {});
 void print_check(const Json& view);
 
 }  // namespace vantrel::inspect

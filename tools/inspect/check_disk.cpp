@@ -1,0 +1,77 @@
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <string>
+#include <utility>
+
+#include "checks.h"
+#include "site.h"
+#include "store/summary.h"
+
+namespace vantrel::inspect {
+namespace {
+
+constexpr std::size_t kLargeLog = std::size_t{64} << 20;
+
+void check_scratch(Findings& findings) {
+  constexpr const char* kScratch = "l/hdd.check";
+  if (exists(kScratch) && !is_regular(kScratch) && !is_directory(kScratch)) {
+    findings.as_event(kScratch, event::disk_full);
+  } else if (!may_create_or_write(kScratch)) {
+    findings.refused(kScratch, Need::create, event::disk_write_test);
+  } else if (exists(kScratch) && !may_read(kScratch)) {
+    findings.refused(kScratch, Need::read, event::disk_read_test);
+  }
+}
+
+// Room for a new d/t/sum beside the old, and for what a minute brings.
+void check_room(Findings& findings, const char* directory, std::uint64_t needed) {
+  struct statvfs disk {};
+  if (::statvfs(directory, &disk) != 0) return;
+  const bool root = ::geteuid() == 0;
+  const std::uint64_t room =
+      std::uint64_t{root ? disk.f_bfree : disk.f_bavail} * std::uint64_t{disk.f_frsize};
+  const std::uint64_t files = root ? disk.f_ffree : disk.f_favail;
+  if (room < needed) {
+    findings.as_event("disk", event::disk_full);
+  } else if (disk.f_files > 0 && files == 0) {
+    Finding finding = finding_of("disk", event::disk_full);
+    finding.text = "The file system of " + std::string(directory) +
+                   " takes no further file, though it has room (no inodes). " + finding.text;
+    finding.remedy = "remove small files from it: old hit logs, mails, sessions";
+    findings.add(finding);
+  } else if (room < needed * 20 + (std::uint64_t{1} << 20)) {
+    findings.off("disk", "only " + std::to_string(room >> 10) + " KiB are left for " + directory,
+                 std::string(event::disk_full.remedy));
+  }
+}
+
+}  // namespace
+
+void check_event_log(Findings& findings) {
+  constexpr const char* kLog = "l/sys/sys.log";
+  if (!may_create_or_write(kLog)) {
+    findings.refused(kLog, Need::create,
+                     finding_off(kLog,
+                                 "cannot be written: the run is mute, whatever goes wrong is "
+                                 "reported nowhere",
+                                 "give the run's user write permission on it and on l/sys/"));
+  } else if (exists(kLog) && !is_regular(kLog)) {
+    findings.off(kLog, "is no file: the run is mute, no event is kept", "put the file back");
+  } else if (file_size(kLog) > kLargeLog) {
+    findings.off(kLog, std::to_string(file_size(kLog) >> 20) + " MiB long",
+                 "have it rotated; an example comes with the program");
+  }
+}
+
+void check_disk(Findings& findings) {
+  check_scratch(findings);
+  for (const auto& [directory, needed] :
+       {std::pair("l", std::uint64_t{1}), {"d/t", std::uint64_t{file_size(kSummaryFile)}}}) {
+    if (!findings.is_off("disk")) check_room(findings, directory, needed);
+  }
+  findings.fine("disk", "takes data");
+}
+
+}  // namespace vantrel::inspect

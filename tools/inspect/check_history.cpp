@@ -1,0 +1,132 @@
+#include <algorithm>
+#include <cmath>
+#include <ctime>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "base/clock.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "checks.h"
+#include "history/history_file.h"
+#include "places.h"
+#include "site.h"
+
+namespace vantrel::inspect {
+namespace {
+
+constexpr const char* kDirectory = "d/h";
+
+// Days since some day long ago; nothing for a text that is no date.
+std::optional<int> day_of(std::string_view date) {
+  if (date.size() != 8 || !std::all_of(date.begin(), date.end(), is_digit)) return std::nullopt;
+  std::tm parts{};
+  parts.tm_year = to_int(date.substr(0, 4)) - 1900;
+  parts.tm_mon = to_int(date.substr(4, 2)) - 1;
+  parts.tm_mday = to_int(date.substr(6, 2));
+  parts.tm_hour = 12;
+  parts.tm_isdst = -1;
+  const std::tm said = parts;
+  const std::time_t noon = std::mktime(&parts);
+  if (noon == -1 || parts.tm_mday != said.tm_mday || parts.tm_mon != said.tm_mon) {
+    return std::nullopt;
+  }
+  return static_cast<int>(std::floor(static_cast<double>(noon) / 86400.0));
+}
+
+// What is wrong with the last week of a file: text to the files that have it.
+using Troubles = std::map<std::string, NameList>;
+
+void look_at(HistoryReader& reader, const std::string& path, Troubles& troubles) {
+  const auto week = reader.last_week(path.c_str());
+  if (!week) return;
+  Pieces pieces(*week);
+  std::optional<int> before;
+  std::string date_before;
+  for (HistoryRecord record; next_record(pieces, record);) {
+    if (record.date.empty() && pieces.rest().empty()) break;  // a line feed at the end
+    const auto day = day_of(record.date);
+    const std::string date = printable(record.date);
+    if (!day) {
+      troubles["a record has " + quoted(record.date) + " where its date should be"].add(path);
+      return;
+    }
+    if (before && *day == *before) troubles["the day " + date + " stands there twice"].add(path);
+    if (before && *day > *before + 1) {
+      troubles[counted(static_cast<std::size_t>(*day - *before - 1), "day") + " between " +
+               date_before + " and " + date + " missing"]
+          .add(path);
+    }
+    if (before && *day < *before) troubles["the days are not in order at " + date].add(path);
+    before = day;
+    date_before = date;
+  }
+  // Until 0:20 a run makes up for the day before.
+  const auto yesterday = day_of(format_time("%Y%m%d", wall_clock() - 86400 - 20 * 60));
+  if (before && yesterday && *before < *yesterday) {
+    troubles["the last day is " + date_before + ", yesterday is missing"].add(path);
+  }
+  if (before && yesterday && *before > *yesterday + 1) {
+    troubles["the last day is " + date_before + ", which is to come"].add(path);
+  }
+}
+
+void check_days(Findings& findings, const TradeStore& store) {
+  HistoryReader reader;
+  Troubles troubles;
+  for (const TradeRecord& trade : store.trades) {
+    const auto path = trade_history_path(field_text(trade.name));
+    if (path && is_regular(*path)) look_at(reader, *path, troubles);
+  }
+  for (const char* path : {"d/h/all.his", "d/h/trades.his"}) {
+    if (is_regular(path)) look_at(reader, path, troubles);
+  }
+  for (const auto& [text, files] : troubles) {
+    findings.lost(kDirectory,
+                  "in " + counted(files.count(), "file") + " (" + files.text() + ") " + text +
+                      ": the 7-day window counts the last seven records",
+                  "correct the file with an editor, or " + restore_command(kDirectory) +
+                      "; a missed 23:59 is made up for after midnight under the new date");
+  }
+}
+
+}  // namespace
+
+void check_marker(Findings& findings) {
+  if (!may_read("d/jb")) findings.refused("d/jb", Need::read, event::marker_missing);
+  findings.fine("d/jb", "is there");
+}
+
+void check_history(Findings& findings, const TradeStore& store) {
+  const std::string inside = std::string(kDirectory) + "/.";
+  const std::string make = "make the directory, writable for the run's user";
+  if (!is_directory(kDirectory)) {
+    findings.refused(inside, Need::write, finding_off(kDirectory, "takes no history", make));
+  } else if (!may_write(kDirectory) || !may_enter(kDirectory)) {
+    findings.refused(inside, Need::write,
+                     finding_off(kDirectory, "takes no new history files", make));
+  }
+  NameList unavailable;
+  for (const TradeRecord& trade : store.trades) {
+    const auto path = trade_history_path(field_text(trade.name));
+    if (!path || (may_read(*path) && may_write(*path))) continue;
+    if (cause_of(*path, may_read(*path) ? Need::write : Need::read)) {
+      findings.refused(*path, may_read(*path) ? Need::write : Need::read,
+                       event::trade_history_unavailable);
+    } else {
+      unavailable.add(printable(*path));
+    }
+  }
+  if (!unavailable.empty()) {
+    findings.as_event(unavailable.text(), event::trade_history_unavailable);
+  }
+  for (const Event* total : {&event::total_history_unwritable, &event::trades_history_unwritable}) {
+    const std::string path(total->subject);
+    if (!may_create_or_write(path)) findings.refused(path, Need::create, *total);
+  }
+  check_days(findings, store);
+  findings.fine(kDirectory, "every trade has its days");
+}
+
+}  // namespace vantrel::inspect
