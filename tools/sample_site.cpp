@@ -2,9 +2,13 @@
 
 #include <stdexcept>
 
+#include "base/clock.h"
+#include "sample/files.h"
 #include "sample/logs.h"
 #include "sample/settings.h"
 #include "sample/store.h"
+#include "store/housekeeping.h"
+#include "traffic/hit_logs.h"
 
 namespace vantrel {
 namespace {
@@ -37,6 +41,24 @@ void write_sample_site(const std::filesystem::path& directory, const SampleSize&
   for (int minute = 1; minute <= size.log_minutes; ++minute) {
     logs.write_minute(directory, now - minute * 60);
   }
+}
+
+void write_sample_backup(const std::filesystem::path& directory, std::time_t now) {
+  std::tm due = local_time(now);
+  const int minute = due.tm_hour * 60 + due.tm_min;
+  due.tm_hour = minute >= 12 * 60 - 1 && minute < 24 * 60 - 1 ? 11 : 23;
+  if (minute < 12 * 60 - 1) --due.tm_mday;
+  due.tm_min = 59;
+  due.tm_sec = 5;
+  due.tm_isdst = -1;
+  const std::time_t moment = std::mktime(&due);
+  const std::string stamp = format_time(kHourStampFormat, moment);
+  const std::filesystem::path here = std::filesystem::current_path();
+  std::filesystem::current_path(directory);
+  make_backup(stamp);
+  const std::filesystem::path archive = kBackupDirectory + stamp + ".tar.gz";
+  if (std::filesystem::exists(archive)) sample::set_modified(archive, moment);
+  std::filesystem::current_path(here);
 }
 
 void write_sample_minute(const std::filesystem::path& directory, const SampleSize& size,

@@ -25,6 +25,10 @@ struct SampleSize {
 void write_sample_site(const std::filesystem::path& directory, const SampleSize& size,
                        std::time_t now);
 
+// The archive that the last run of 11:59 or 23:59 before now would have left, of the site as it is;
+// none where the system has no tar.
+void write_sample_backup(const std::filesystem::path& directory, std::time_t now);
+
 // Only the hit logs of one minute, both directions, for runs one behind the other.
 void write_sample_minute(const std::filesystem::path& directory, const SampleSize& size,
                          std::time_t minute);

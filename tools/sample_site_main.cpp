@@ -13,6 +13,7 @@ int main(int argc, char** argv) {
   }
   try {
     vantrel::write_sample_site(options->directory, options->size, options->at);
+    vantrel::write_sample_backup(options->directory, options->at);
   } catch (const std::exception& failure) {
     std::cerr << "vantrel-sample-site: " << failure.what() << '\n';
     return 1;

@@ -12,6 +12,7 @@
 #include <memory>
 
 #include "base/text.h"
+#include "screen.h"
 #include "site.h"
 #include "store/housekeeping.h"
 

@@ -37,12 +37,12 @@ void examine(Findings& findings) {
     check_processes(findings);
     check_recent_events(findings);
     check_disk(findings);
-    check_index(findings, store);
+    const bool has_trades = check_index(findings, store);
     check_summary(findings, store);
     check_hit_logs(findings, store);
     check_statistics(findings, store);
-    check_trades(findings, store);
-    check_history(findings, store);
+    if (has_trades) check_trades(findings, store);
+    if (has_trades) check_history(findings, store);
     check_marker(findings);
     check_skim(findings);
     check_lists(findings, store);
@@ -89,7 +89,8 @@ void print_finding(const Json& finding) {
   const auto severity = static_cast<std::size_t>(found - kSeverityNames);
   std::cout << coloured(kColours[severity], kSeverityNames[severity]) << ": "
             << cell(finding["subject"]) << ": " << cell(finding["finding"]);
-  if (finding["remedy"] != "") std::cout << " -> " << cell(finding["remedy"]);
+  const std::string remedy = cell(finding["remedy"]);
+  if (!remedy.empty()) std::cout << " -> " << remedy;
   std::cout << '\n';
   if (!finding.contains("excerpt")) return;
   std::cout << "    " << cell(finding["excerpt"]) << "\n    "
@@ -104,19 +105,22 @@ Json check_view(const CheckQuery& query) {
   if (is_site(findings)) examine(findings);
   Json list = Json::array();
   std::string fine;
+  std::size_t count = 0;
   for (const Finding& finding : findings.list()) {
     if (finding.severity > Severity::fine || query.verbose) {
       list.push_back(finding_json(finding));
     } else {
-      fine += (fine.empty() ? "" : ", ") + finding.subject;
+      fine += (count++ == 0 ? "" : ", ") + finding.subject;
     }
   }
-  if (!fine.empty()) list.push_back(finding_json({Severity::fine, Question::none, "fine", fine}));
+  if (count > 0) {
+    list.push_back(finding_json(
+        {Severity::fine, Question::none, counted(count, "thing") + " looked at", fine, "", "", 0}));
+  }
   return {{"status", findings.status()},
           {"verdict", verdict_of(findings)},
           {"reaches_end", findings.status() < 2},
-          {"list_worth_following",
-           findings.status() < 2 && !findings.answers_no(Question::list)},
+          {"list_worth_following", findings.status() < 2 && !findings.answers_no(Question::list)},
           {"nothing_lost", !findings.answers_no(Question::loss)},
           {"user", current_user()},
           {"checked_as_root", ::geteuid() == 0},

@@ -16,8 +16,9 @@ constexpr const char* kCorrect = "correct the alert settings in the administrati
 
 // "Your site dropped below 100 unique hits per day", as the mail would say.
 std::string name_of(const AlertKind& kind, const std::string& threshold) {
-  const std::string text = std::string(kind.before.substr(2)) + threshold + std::string(kind.after);
-  return "\"" + printable(text.substr(0, text.find('\n'))) + "\"";
+  std::string text(kind.before.substr(2));
+  text.append(threshold).append(kind.after.substr(0, kind.after.find('\n')));
+  return quote(text);
 }
 
 bool can_fire(const AlertKind& kind, std::int32_t threshold) {
@@ -31,7 +32,7 @@ void check_mailer(Findings& findings, const AlertFields& fields) {
   const std::string& mailer = fields[alert_field::kMailProgram];
   if (!can_be_mailed(fields)) {
     findings.off(kAlerts,
-                 "no alert is sent: the path of the mail program (" + quoted(mailer) +
+                 "no alert is sent: the path of the mail program (" + quote(mailer) +
                      ") has fewer than eleven characters, or an address is none",
                  kCorrect);
   } else if (!program_of(mailer)) {
@@ -39,9 +40,10 @@ void check_mailer(Findings& findings, const AlertFields& fields) {
                  "the mail program cannot be executed: " + printable(mailer) +
                      "; an alert counts as sent all the same and is lost without a line",
                  "check the path of the mail program in the alert settings");
-  } else if (const auto odd = mailer.find_first_of("|&;<>()$`\\\"'*?[]#~{}\n"); odd != mailer.npos) {
+  } else if (const auto odd = mailer.find_first_of("|&;<>()$`\\\"'*?[]#~{}\n");
+             odd != mailer.npos) {
     findings.off(kAlerts,
-                 "the shell that starts the mail program gives " + quoted(mailer.substr(odd)) +
+                 "the shell that starts the mail program gives " + quote(mailer.substr(odd)) +
                      " a meaning of its own",
                  "leave the path of the program only; options may follow it");
   }
@@ -56,9 +58,9 @@ void check_thresholds(Findings& findings, const AlertFields& fields) {
     const std::string& flag = fields[kind.flag()];
     const std::int32_t threshold = to_int(text);
     const bool fires = can_fire(kind, threshold);
-    if (!is_whole_int(text)) odd.add(quoted(text) + " is no number");
-    if (flag != "0" && flag != "1") odd.add("the flag " + quoted(flag) + " counts as sent");
-    if (threshold < 0) odd.add("the threshold " + quoted(text) + " is below 0");
+    if (!is_whole_int(text)) odd.add(quote(text) + " is no number");
+    if (flag != "0" && flag != "1") odd.add("the flag " + quote(flag) + " counts as sent");
+    if (threshold < 0) odd.add("the threshold " + quote(text) + " is below 0");
     // A least of 0 is one that is not wanted.
     if (!fires && threshold != 0) never.add(name_of(kind, text));
     if (flag != "0") ++sent;
@@ -85,10 +87,10 @@ void check_alerts(Findings& findings) {
   const AlertFields fields = parse_alerts(*text);
   if (fields.size() != kAlertFieldCount) {
     Finding finding = finding_of(kAlerts, event::alerts_corrupt);
-    finding.text = "There are " + std::to_string(fields.size()) + " pieces instead of 14" +
-                   (fields.size() > kAlertFieldCount ? " (a line feed behind the last bar is one)"
-                                                     : "") +
-                   ". " + finding.text;
+    finding.text =
+        "There are " + std::to_string(fields.size()) + " pieces instead of 14" +
+        (fields.size() > kAlertFieldCount ? " (a line feed behind the last bar is one)" : "") +
+        ". " + finding.text;
     findings.add(finding);
     return;
   }
@@ -99,10 +101,10 @@ void check_alerts(Findings& findings) {
     if (!findings.is_off(kAlerts)) check_thresholds(findings, fields);
   }
   if (!may_write(kAlerts)) {
-    findings.refused(kAlerts, Need::write,
-                     finding_off(kAlerts,
-                                 "cannot be written: an alert that fires is mailed every minute",
-                                 std::string(event::alerts_unavailable.remedy)));
+    findings.refused(
+        kAlerts, Need::write,
+        finding_off(kAlerts, "cannot be written: an alert that fires is mailed every minute",
+                    std::string(event::alerts_unavailable.remedy)));
   }
   findings.fine(kAlerts, "alerts can be sent");
 }

@@ -2,6 +2,7 @@
 
 #include "checks.h"
 #include "run/event_log.h"
+#include "site.h"
 #include "views.h"
 
 namespace vantrel::inspect {
@@ -9,9 +10,9 @@ namespace {
 
 // Events that end a run before it counts anything: the next one counts its minute.
 bool loses_nothing(const std::string& subject) {
-  for (const Event* event : {&event::double_run, &event::disk_full, &event::disk_write_test,
-                             &event::disk_read_test, &event::index_unavailable,
-                             &event::index_too_small}) {
+  for (const Event* event :
+       {&event::double_run, &event::disk_full, &event::disk_write_test, &event::disk_read_test,
+        &event::index_unavailable, &event::index_too_small}) {
     if (subject == event->subject) return true;
   }
   return false;
@@ -22,7 +23,10 @@ bool loses_nothing(const std::string& subject) {
 void check_recent_events(Findings& findings) {
   Json view;
   try {
-    view = events_view({.count = 1000, .since = "60m"});
+    EventsQuery query;
+    query.count = 1000;
+    query.since = "60m";
+    view = events_view(query);
   } catch (const Unavailable&) {
     return;  // what cannot be read is a finding of the log itself
   }

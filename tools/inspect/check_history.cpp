@@ -49,7 +49,7 @@ void look_at(HistoryReader& reader, const std::string& path, Troubles& troubles)
     const auto day = day_of(record.date);
     const std::string date = printable(record.date);
     if (!day) {
-      troubles["a record has " + quoted(record.date) + " where its date should be"].add(path);
+      troubles["a record has " + quote(record.date) + " where its date should be"].add(path);
       return;
     }
     if (before && *day == *before) troubles["the day " + date + " stands there twice"].add(path);

@@ -27,8 +27,8 @@ bool has_countdown(const TradeStore& store) {
 
 // The whole file is of no use; which way is found here. False when it is not.
 bool is_wrecked(Findings& findings, const std::string& bytes, const TradeStore& store) {
-  const std::string remedy = restore_command(kIndexFile) +
-                             ", before a run: what comes in meanwhile is counted as unknown";
+  const std::string remedy =
+      restore_command(kIndexFile) + ", before a run: what comes in meanwhile is counted as unknown";
   if (bytes.find_first_not_of('\0') == bytes.npos) {
     findings.lost(kIndexFile, "holds nothing but zero bytes: every trade is gone", remedy);
     return true;
@@ -92,8 +92,7 @@ void check_names(Findings& findings, const TradeStore& store) {
   }
   report(findings, none, "entries without a name get every hit whose name is empty");
   report(findings, twice, "only the first entry of a name is credited with its hits");
-  report(findings, capitals,
-         "hits are matched in lower case and never reach a name with capitals");
+  report(findings, capitals, "hits are matched in lower case and never reach a name with capitals");
   report(findings, slashes, "a name with a slash has no history");
   report(findings, odd, "no hit can have a name with bars, blanks or control characters");
 }
@@ -117,23 +116,24 @@ void check_texts(Findings& findings, const TradeStore& store) {
 
 }  // namespace
 
-void check_index(Findings& findings, TradeStore& store) {
+bool check_index(Findings& findings, TradeStore& store) {
   const auto bytes = read_file(kIndexFile);
   if (!bytes) {
     findings.refused(kIndexFile, Need::read, event::index_unavailable);
-    return;
+    return false;
   }
   store.trades = read_trades(*bytes);
   if (store.trades.size() < kFewestTrades) {
     store.trades.clear();
     findings.as_event(kIndexFile, event::index_too_small);
-    return;
+    return false;
   }
-  const bool wrecked = is_wrecked(findings, *bytes, store);
+  bool wrecked = is_wrecked(findings, *bytes, store);
   fill_work_array(store);
-  if (bytes->size() % sizeof(TradeRecord) != 0) {
+  if (!wrecked && bytes->size() % sizeof(TradeRecord) != 0) {
     findings.lost(kIndexFile, "its length is no multiple of 996: the last entry is cut short",
                   restore_command(kIndexFile));
+    wrecked = true;
   }
   if (!may_write(kIndexFile)) {
     findings.refused(
@@ -144,13 +144,14 @@ void check_index(Findings& findings, TradeStore& store) {
                           "cannot be written; the first quota or guarantee would end the run",
                           "give the run's user write permission on it"));
   }
-  if (wrecked) return;
+  if (wrecked) return false;
   check_reserved(findings, store);
   check_ids(findings, store);
   check_names(findings, store);
   check_texts(findings, store);
-  findings.fine(kIndexFile, std::to_string(store.trades.size()) +
-                                " entries, reserved ones included");
+  findings.fine(kIndexFile,
+                std::to_string(store.trades.size()) + " entries, reserved ones included");
+  return true;
 }
 
 }  // namespace vantrel::inspect

@@ -35,11 +35,12 @@ void check_names(Findings& findings, const TradeStore& store) {
         clean_name(copy.data() + (line.data() - text->data()), line.size());
     const auto is_capital = [](char c) { return c >= 'A' && c <= 'Z'; };
     if (std::any_of(name.begin(), name.end(), is_capital)) {
-      complaints.about(line, quoted(name) + " has capitals and is never met: hits are in lower case");
+      complaints.about(line,
+                       quote(name) + " has capitals and is never met: hits are in lower case");
     } else if (std::any_of(name.begin(), name.end(), [](char c) { return c <= ' '; })) {
-      complaints.about(line, quoted(name) + " has white space or control characters");
+      complaints.about(line, quote(name) + " has white space or control characters");
     } else if (!name.empty() && trades.count(name) > 0) {
-      complaints.about(line, quoted(name) + " is the name of a trade, which gets the hits");
+      complaints.about(line, quote(name) + " is the name of a trade, which gets the hits");
     }
   }
   complaints.tell(findings, "names counted apart", "correct the list in the administration");
@@ -61,7 +62,7 @@ void check_proxies(Findings& findings) {
     std::string_view rest = proxy_part(line);
     for (std::string_view word; next_word(rest, word); ++count) {
       if (!is_address(word)) {
-        complaints.about(word, quoted(word) + " is no address and is never met");
+        complaints.about(word, quote(word) + " is no address and is never met");
       }
     }
   }

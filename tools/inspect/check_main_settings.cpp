@@ -2,6 +2,7 @@
 #include <string>
 
 #include "base/numbers.h"
+#include "base/text.h"
 #include "checks.h"
 #include "out/out_list.h"
 #include "places.h"
@@ -21,7 +22,7 @@ void check_lines(Findings& findings, const MainSettings& settings) {
     const std::string_view field = settings_field(settings.lines[i], 1);
     const std::string line = "line " + std::to_string(i + 1) + ": ";
     if (!is_whole_int(field)) {
-      complaints.about_file(line + quoted(field) + " is no number and counts as " +
+      complaints.about_file(line + quote(field) + " is no number and counts as " +
                             std::to_string(to_int(field)));
     }
     if (i < 3 && settings_field(settings.lines[i], 2).size() > kHeaderText) {
@@ -32,7 +33,7 @@ void check_lines(Findings& findings, const MainSettings& settings) {
   if (is_whole_int(settings.sync_state) && settings.sync_state != "1" &&
       settings.sync_state != "2" && settings.sync_state != "3") {
     complaints.about_file("line 5: there is no state of synchronisation " +
-                          quoted(settings.sync_state));
+                          quote(settings.sync_state));
   }
   if (complaints.empty() && settings.cef_limit < 1) {
     complaints.about_file("line 4: no click counts in cef with the limit " +

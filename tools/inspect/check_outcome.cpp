@@ -93,9 +93,10 @@ Shares shares_of(const std::vector<OutListEntry>& list) {
   return shares;
 }
 
-std::size_t count_senders(const std::vector<TradeWork>& works) {
-  return static_cast<std::size_t>(std::count_if(works.begin(), works.end(), [](const auto& work) {
-    return work.id > 10 && work.flag_880 != 0 && work.last24[slot::rin] > 0;
+// Trades that send visitors; the mode 0 keeps a trade from weights by intention.
+std::size_t count_senders(const std::vector<TradeWork>& works, bool with_mode_0) {
+  return static_cast<std::size_t>(std::count_if(works.begin(), works.end(), [=](const auto& work) {
+    return work.id > 10 && (with_mode_0 || work.flag_880 != 0) && work.last24[slot::rin] > 0;
   }));
 }
 
@@ -110,14 +111,16 @@ std::size_t length_of_present_list() {
 constexpr std::size_t kFew = 5;
 
 void check_list(Findings& findings, const Trial& trial) {
-  const std::size_t senders = count_senders(trial.run.store.works);
+  const std::size_t senders = count_senders(trial.run.store.works, false);
   const std::size_t before = length_of_present_list();
   const Shares shares = shares_of(trial.list);
   const auto tell = [&findings](const std::string& text) {
     findings.worthless("list", text, "vantrel-inspect why and preview show what each trade lacks");
   };
   if (trial.list.empty()) {
-    if (senders > 0 || before > 0) tell("the next list is empty: no visitor is sent to a trade");
+    if (before > 0 || count_senders(trial.run.store.works, true) > 0) {
+      tell("the next list is empty: no visitor is sent to a trade");
+    }
   } else if (shares.with_weight == 0) {
     tell("in the next list all weights are 0: no visitor is sent to a trade");
   } else if (trial.list.front().weight <= 0 && trial.list.front().second_weight <= 0) {

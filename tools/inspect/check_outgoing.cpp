@@ -22,12 +22,12 @@ void check_number(Complaints& complaints, const OutMod& modifiers, std::size_t i
   const std::string_view text = modifiers.text(i);
   const std::string field = "field " + std::to_string(i) + ", " + what + ": ";
   if (!is_whole_int(text)) {
-    complaints.about_file(field + quoted(text) + " is no number and counts as 0");
+    complaints.about_file(field + quote(text) + " is no number and counts as 0");
   } else if (modifiers.number(i) != to_int(text)) {
-    complaints.about_file(field + quoted(text) +
+    complaints.about_file(field + quote(text) +
                           " is the last field of the file and counts as 0; a bar is to follow it");
   } else if (modifiers.number(i) < 0) {
-    complaints.about_file(field + quoted(text) + " is below 0");
+    complaints.about_file(field + quote(text) + " is below 0");
   }
 }
 
@@ -56,7 +56,7 @@ std::optional<OutMod> check_modifiers(Findings& findings, const TradeStore& stor
   }
   const std::string_view generated = modifiers.text(6);
   if (generated != "0" && generated != "1" && !generated.empty()) {
-    complaints.about_file("field 6: " + quoted(generated) + " is not 1: no weights are generated");
+    complaints.about_file("field 6: " + quote(generated) + " is not 1: no weights are generated");
   }
   const std::string_view scorer = modifiers.text(8);
   if (modifiers.uses_formula()) {
@@ -66,7 +66,7 @@ std::optional<OutMod> check_modifiers(Findings& findings, const TradeStore& stor
   } else {
     check_window_weights(complaints, modifiers);
     if (!scorer.empty() && !is_whole_int(scorer)) {
-      complaints.about_file("field 8: " + quoted(scorer) + " is not 10: the formula is not used");
+      complaints.about_file("field 8: " + quote(scorer) + " is not 10: the formula is not used");
     }
   }
   complaints.tell(findings, modifiers.uses_formula() ? "the formula ranks" : "built-in score",
@@ -83,24 +83,25 @@ void check_weights(Findings& findings, bool generated) {
   Pieces pieces(*text);
   std::size_t count = 0;
   std::size_t usable = 0;
-  for (WeightPieces entry; next_weight(pieces, entry); ++count) {
+  std::string_view rest = *text;
+  for (WeightPieces entry; next_weight(pieces, entry); ++count, rest = pieces.rest()) {
     const std::string which = "weight " + std::to_string(count + 1) + ": ";
     const std::int32_t weight = to_int(entry.weight);
     if (!is_whole_int(entry.weight)) {
-      complaints.about(entry.weight, which + quoted(entry.weight) + " is no number");
+      complaints.about(entry.weight, which + quote(entry.weight) + " is no number");
     } else if (weight <= 0) {
-      complaints.about(entry.weight, which + quoted(entry.weight) + " is not above 0");
+      complaints.about(entry.weight, which + quote(entry.weight) + " is not above 0");
     }
     usable += weight > 0;
     if (count > 0 && !entry.name.starts_with('\n') && !entry.name.starts_with('\r')) {
-      complaints.about(entry.name, quoted(entry.name) +
+      complaints.about(entry.name, quote(entry.name) +
                                        " stands where a line begins: a piece was lost or added, "
                                        "and names are read as weights");
       break;
     }
   }
-  if (complaints.empty() && !is_blank(pieces.rest())) {
-    complaints.about(pieces.rest(), "an odd number of pieces: " + quoted(pieces.rest()));
+  if (complaints.empty() && !is_blank(rest)) {
+    complaints.about(rest, "an odd number of pieces: " + quote(rest) + " has no weight");
   }
   if (usable == 0) {
     findings.worthless(kWeights, "holds no weight above 0: no trade gets a first weight", kSave);
@@ -112,15 +113,15 @@ void check_weights(Findings& findings, bool generated) {
 void complain_of_cap(Complaints& complaints, const CapPieces& cap,
                      const std::set<std::int32_t>& ids) {
   if (!is_whole_int(cap.id) || ids.count(to_int(cap.id)) == 0) {
-    complaints.about(cap.id, "there is no trade with the id " + quoted(cap.id));
+    complaints.about(cap.id, "there is no trade with the id " + quote(cap.id));
   }
   if (cap.kind != "1" && cap.kind != "2" && cap.kind != "3") {
-    complaints.about(cap.kind, "there is no kind of cap " + quoted(cap.kind));
+    complaints.about(cap.kind, "there is no kind of cap " + quote(cap.kind));
   }
   if (!is_whole_int(cap.value)) {
-    complaints.about(cap.value, "the cap " + quoted(cap.value) + " is no number");
+    complaints.about(cap.value, "the cap " + quote(cap.value) + " is no number");
   } else if (to_int(cap.value) < -1) {
-    complaints.about(cap.value, "the cap " + quoted(cap.value) + " is below -1");
+    complaints.about(cap.value, "the cap " + quote(cap.value) + " is below -1");
   }
 }
 
@@ -139,27 +140,26 @@ void check_caps(Findings& findings, const TradeStore& store) {
     complain_of_cap(complaints, cap, ids);
   }
   if (complaints.empty() && !is_blank(rest)) {
-    complaints.about(rest, "the last cap is cut short: " + quoted(rest));
+    complaints.about(rest, "the last cap is cut short: " + quote(rest));
   }
   complaints.tell(findings, counted(count, "cap"), "save the caps again in the administration");
 }
 
 void check_track(Findings& findings) {
   constexpr const char* kTrack = "d/nm/track";
-  const auto text = examined(findings, kTrack,
-                             Finding{Severity::ends_run, Question::end, kTrack,
-                                     "the tracking setting cannot be opened",
-                                     "save the settings in the administration, or check permissions",
-                                     "", 0});
+  const auto text = examined(
+      findings, kTrack,
+      Finding{Severity::ends_run, Question::end, kTrack, "the tracking setting cannot be opened",
+              "save the settings in the administration, or check permissions", "", 0});
   if (!text) return;
   Pieces pieces(*text);
   std::string_view piece;
   if (!pieces.next(piece) || !pieces.next(piece)) {
-    findings.off(kTrack, "holds no number between two bars: 1 is used, the text is " + quoted(*text),
+    findings.off(kTrack, "holds no number between two bars: 1 is used, the text is " + quote(*text),
                  "write |1| or the number of the tracking setting into it");
   } else if (!is_whole_int(piece)) {
-    findings.off(kTrack, quoted(piece) + " is no number and counts as " +
-                             std::to_string(to_int(piece)),
+    findings.off(kTrack,
+                 quote(piece) + " is no number and counts as " + std::to_string(to_int(piece)),
                  "write |1| or the number of the tracking setting into it");
   }
   findings.fine(kTrack, "a number");

@@ -31,15 +31,15 @@ std::string interpreter_trouble(const std::string& script) {
   if (line.ends_with('\r')) {
     return "its first line ends with a carriage return, as files from Windows do: there is no "
            "interpreter " +
-           quoted(line);
+           quote(line);
   }
   if (!may_execute(std::string(program))) {
-    return "its interpreter " + quoted(program) + " is missing or cannot be executed";
+    return "its interpreter " + quote(program) + " is missing or cannot be executed";
   }
   std::string_view named;
   if (program.ends_with("/env") && words.next(named) && !named.starts_with('-') &&
       !program_of(std::string(named))) {
-    return "its interpreter " + quoted(named) + " is not on the path";
+    return "its interpreter " + quote(named) + " is not on the path";
   }
   return {};
 }

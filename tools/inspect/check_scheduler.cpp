@@ -43,9 +43,8 @@ void check_coming_minutes(Findings& findings, std::string_view text) {
   const std::string what = "holds " + counted(static_cast<std::size_t>(refused), "stamp") +
                            " of minutes to come, up to " + time_text(last) +
                            ": a run in one of them is refused as a double one";
-  const std::string remedy =
-      "the clock was set back, or lines were added: take the lines from " + time_text(first) +
-      " on out of l/sys/cron.run";
+  const std::string remedy = "the clock was set back, or lines were added: take the lines from " +
+                             time_text(first) + " on out of l/sys/cron.run";
   if (next_is_refused) {
     findings.ends_run(kRunHistoryFile, what, remedy);
   } else {
@@ -62,7 +61,7 @@ void check_stamps(Findings& findings, std::string_view text) {
   std::string before;
   for (const std::string& stamp : history.stamps) {
     if (!is_stamp(stamp)) {
-      garbage.add(quoted(stamp));
+      garbage.add(quote(stamp));
       continue;
     }
     const double minutes = before.empty() ? 1.0 : catch_up_minutes({before, stamp});
@@ -150,10 +149,10 @@ void check_scheduler(Findings& findings) {
   check_last_run(findings);
   check_sleep(findings);
   if (!may_create_or_write(kLastRunFile)) {
-    findings.refused(kLastRunFile, Need::create,
-                     finding_off(kLastRunFile,
-                                 "cannot be written: a second run in a minute is let in",
-                                 kWritable));
+    findings.refused(
+        kLastRunFile, Need::create,
+        finding_off(kLastRunFile, "cannot be written: a second run in a minute is let in",
+                    kWritable));
   }
 }
 

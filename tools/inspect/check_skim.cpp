@@ -12,7 +12,7 @@ namespace {
 void complain_of_switches(Complaints& complaints, const SkimSwitches& switches) {
   for (const std::string_view text : switches.texts) {
     if (text != "0" && text != "1" && !text.empty()) {
-      complaints.about(text, "the switch " + quoted(text) + " is off: only \"1\" is on");
+      complaints.about(text, "the switch " + quote(text) + " is off: only \"1\" is on");
     }
   }
 }
@@ -21,19 +21,19 @@ void complain_of_block(Complaints& complaints, std::size_t number, const SkimBlo
   const std::string name = "block " + std::to_string(number) + ": ";
   const std::int32_t skim = to_int(block.value);
   if (!is_whole_int(block.value)) {
-    complaints.about(block.value, name + "the skim " + quoted(block.value) + " is no number");
+    complaints.about(block.value, name + "the skim " + quote(block.value) + " is no number");
   } else if (skim < -1 || skim > 100) {
-    complaints.about(block.value, name + "the skim " + quoted(block.value) + " is not -1 to 100");
+    complaints.about(block.value, name + "the skim " + quote(block.value) + " is not -1 to 100");
   }
   if (!is_skim_metric(block.metric)) {
-    complaints.about(block.metric, name + "there is no measure " + quoted(block.metric));
+    complaints.about(block.metric, name + "there is no measure " + quote(block.metric));
   }
   if (!is_skim_operator(block.op)) {
-    complaints.about(block.op, name + "there is no comparison " + quoted(block.op));
+    complaints.about(block.op, name + "there is no comparison " + quote(block.op));
   }
   if (!is_whole_int(block.threshold)) {
     complaints.about(block.threshold,
-                     name + "the threshold " + quoted(block.threshold) + " is no number");
+                     name + "the threshold " + quote(block.threshold) + " is no number");
   }
 }
 
@@ -56,8 +56,8 @@ void check_skim(Findings& findings) {
       complain_of_block(complaints, ++blocks, block);
     }
     if (!is_blank(rest)) {
-      complaints.about(rest, "block " + std::to_string(blocks + 1) + " is cut short: " +
-                                 quoted(rest) + " has no effect");
+      complaints.about(rest, "block " + std::to_string(blocks + 1) +
+                                 " is cut short: " + quote(rest) + " has no effect");
     }
     if (complaints.empty() && switches.is_on(0) && !switches.in_use()) {
       complaints.about_file("dynamic skim is on, but for nobody");

@@ -1,5 +1,3 @@
-#include "store/summary.h"
-
 #include <algorithm>
 #include <map>
 #include <string>
@@ -10,6 +8,7 @@
 #include "checks.h"
 #include "places.h"
 #include "site.h"
+#include "store/summary.h"
 #include "traffic/windows.h"
 
 namespace vantrel::inspect {
@@ -49,7 +48,8 @@ bool about_equal(std::int32_t window, std::int32_t slots, std::int32_t largest_s
 // Goes through the lines and says which a run would not have written so.
 class Reader {
  public:
-  Reader(std::string_view text, const TradeStore& store) : text_(text), complaints_(text, kSummaryFile) {
+  Reader(std::string_view text, const TradeStore& store)
+      : text_(text), complaints_(text, kSummaryFile) {
     for (const TradeRecord& trade : store.trades) ++expected_[trade.id];
   }
 
@@ -92,10 +92,11 @@ class Reader {
                              strangers_.text());
     }
     if (is_damaged()) {
-      complaints_.tell(findings, "",
-                       "stop the scheduler at once, for the next run writes the damage back; then " +
-                           restore_command(kSummaryFile) + " and start it again",
-                       Question::loss);
+      complaints_.tell(
+          findings, "",
+          "stop the scheduler at once, for the next run writes the damage back; then " +
+              restore_command(kSummaryFile) + " and start it again",
+          Question::loss);
     }
     if (!new_.empty()) {
       findings.note(kSummaryFile, "no line yet for new trades: " + new_.text());
@@ -108,7 +109,7 @@ class Reader {
     const std::string where = "line " + std::to_string(number_);
     if (bars != kSummaryPieces || line.front() != '|' || line.back() != '|') {
       complaints_.about_file(where + " has " + std::to_string(bars) + " bars instead of 44, " +
-                             quoted(line) + ": all behind is read shifted");
+                             quote(line) + ": all behind is read shifted");
       return;
     }
     Pieces pieces(line);
@@ -116,7 +117,7 @@ class Reader {
     static_cast<void>(pieces.next(piece));
     for (std::size_t k = 1; pieces.next(piece); ++k) {
       if (!is_whole_int(piece)) {
-        complaints_.about_file(where + ", piece " + std::to_string(k) + ": " + quoted(piece) +
+        complaints_.about_file(where + ", piece " + std::to_string(k) + ": " + quote(piece) +
                                " is no number of 32 bits");
       }
       if (k == 1) ++found_[to_int(piece)];
@@ -145,11 +146,11 @@ void compare_with_slots(Findings& findings, const TradeStore& store) {
     }
   }
   if (apart.empty()) return;
-  findings.lost(kSummaryFile,
-                "the windows of 24 hours are not the sum of the minutes in d/t/<id>: " +
-                    apart.text(),
-                "stop the scheduler and " + restore_command("d/t") +
-                    "; left alone, the windows stay wrong for ever");
+  findings.lost(
+      kSummaryFile,
+      "the windows of 24 hours are not the sum of the minutes in d/t/<id>: " + apart.text(),
+      "stop the scheduler and " + restore_command("d/t") +
+          "; left alone, the windows stay wrong for ever");
 }
 
 bool check_access(Findings& findings) {

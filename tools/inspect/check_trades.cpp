@@ -27,7 +27,8 @@ const Setting kSettings[] = {
     {"forced listing is none of 0, 1 and 2",
      [](const TradeRecord& t) { return within(t.param_892, 0, 2); },
      [](const TradeRecord& t) { return t.param_892; }},
-    {"skim is not from -1 to 100", [](const TradeRecord& t) { return within(t.param_844, -1, 100); },
+    {"skim is not from -1 to 100",
+     [](const TradeRecord& t) { return within(t.param_844, -1, 100); },
      [](const TradeRecord& t) { return t.param_844; }},
     {"the guarantee is below 0", [](const TradeRecord& t) { return t.hits_left >= 0; },
      [](const TradeRecord& t) { return t.hits_left; }},
@@ -39,7 +40,9 @@ const Setting kSettings[] = {
        return std::all_of(std::begin(t.hourly), std::end(t.hourly),
                           [](std::int32_t clicks) { return clicks >= 0; });
      },
-     [](const TradeRecord& t) { return *std::min_element(std::begin(t.hourly), std::end(t.hourly)); }},
+     [](const TradeRecord& t) {
+       return *std::min_element(std::begin(t.hourly), std::end(t.hourly));
+     }},
     {"whether a quota overrides the minimum is neither 0 nor 1",
      [](const TradeRecord& t) { return within(t.param_888, 0, 1); },
      [](const TradeRecord& t) { return t.param_888; }},

@@ -34,12 +34,12 @@ void complain_of_rule(Complaints& complaints, std::size_t number, const RulePiec
   const std::string name = "rule " + std::to_string(number) + ": ";
   const std::int32_t operation = to_int(rule.op_code);
   if (!is_whole_int(rule.op_code)) {
-    complaints.about(rule.op_code, name + "the operation " + quoted(rule.op_code) + " is no number");
+    complaints.about(rule.op_code, name + "the operation " + quote(rule.op_code) + " is no number");
   } else if (operation < TrafficRule::kAdd || operation > TrafficRule::kNone) {
-    complaints.about(rule.op_code, name + "there is no operation " + quoted(rule.op_code));
+    complaints.about(rule.op_code, name + "there is no operation " + quote(rule.op_code));
   }
   if (!is_whole_double(rule.value)) {
-    complaints.about(rule.value, name + "the value " + quoted(rule.value) + " is no number");
+    complaints.about(rule.value, name + "the value " + quote(rule.value) + " is no number");
   }
 }
 
@@ -58,7 +58,9 @@ void check_blocking(Findings& findings,
   if (!in && !out) return;
   findings.worthless("d/traffic.set",
                      std::string("the rules block every ") +
-                         (in && out ? "hit and every click" : in ? "hit" : "click") +
+                         (in && out ? "hit and every click"
+                          : in      ? "hit"
+                                    : "click") +
                          ": none has a quality, and the built-in score is 0 for all",
                      "set one of the blocking rules (operation 2) to add or subtract");
 }
@@ -77,27 +79,28 @@ void check_rating(Findings& findings, const RatingFile& file) {
   std::map<std::string, std::set<std::size_t>> groups;
   std::size_t count = 0;
   Pieces pieces(*text);
-  for (RatingPieces entry; next_rating(pieces, entry); ++count) {
+  std::string_view rest = *text;
+  for (RatingPieces entry; next_rating(pieces, entry); ++count, rest = pieces.rest()) {
     if (complaints.shifted(entry.ignored, "an entry")) break;
     const std::size_t group = rating_group(entry.selector);
     if (group == 0) {
-      complaints.about(entry.selector, "there is no group " + quoted(entry.selector) +
-                                           ", so that " + quoted(entry.text) + " is not rated");
+      complaints.about(entry.selector, "there is no group " + quote(entry.selector) + ", so that " +
+                                           quote(entry.text) + " is not rated");
     } else if (entry.text.empty()) {
       complaints.about(entry.selector, std::string("an empty text, which matches ") + file.empty);
     } else if (is_space(entry.text.front()) || is_space(entry.text.back())) {
-      complaints.about(entry.text, quoted(entry.text) + " has white space at an end");
+      complaints.about(entry.text, quote(entry.text) + " has white space at an end");
     } else if (group != 2) {
       std::string lowered(entry.text);
       lower_case(lowered.data(), lowered.size());
       groups[lowered].insert(group);
       if (groups[lowered].size() == 2) {
-        complaints.about(entry.text, quoted(entry.text) + " stands in the groups 1 and 3");
+        complaints.about(entry.text, quote(entry.text) + " stands in the groups 1 and 3");
       }
     }
   }
-  if (complaints.empty() && !is_blank(pieces.rest())) {
-    complaints.about(pieces.rest(), "the last entry is cut short: " + quoted(pieces.rest()));
+  if (complaints.empty() && !is_blank(rest)) {
+    complaints.about(rest, "the last entry is cut short: " + quote(rest));
   }
   if (count == 0 && complaints.empty()) {
     findings.note(file.path, "holds no entry: nothing is rated by it");
@@ -146,7 +149,7 @@ void check_addresses(Findings& findings) {
     const std::string_view line = std::string_view(*text).substr(text->rfind('\n', dot) + 1);
     findings.off(kTable,
                  "line " + std::to_string(line_of(*text, line)) + " has addresses with dots, " +
-                     quoted(line.substr(0, line.find('\n'))) +
+                     quote(line.substr(0, line.find('\n'))) +
                      ": the run reads the number before the first dot",
                  "convert the table: w.x.y.z is w*16777216 + x*65536 + y*256 + z");
   } else if (ranges == 0) {

@@ -20,8 +20,9 @@ void check_recent_events(Findings& findings);
 void check_disk(Findings& findings);
 void check_hit_logs(Findings& findings, const TradeStore& store);
 
-// The trade store. It is empty when there is no usable index; the windows are of the last run.
-void check_index(Findings& findings, TradeStore& store);
+// The trade store. It is empty when there is no index; the windows are of the last run. False when
+// the records are not worth judging one by one.
+[[nodiscard]] bool check_index(Findings& findings, TradeStore& store);
 void check_summary(Findings& findings, TradeStore& store);
 void check_statistics(Findings& findings, const TradeStore& store);
 void check_trades(Findings& findings, const TradeStore& store);  // settings of single trades

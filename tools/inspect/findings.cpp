@@ -141,9 +141,8 @@ void Findings::settle() {
     add(std::move(refused.worst));
   }
   refused_.clear();
-  std::stable_sort(list_.begin(), list_.end(), [](const Finding& a, const Finding& b) {
-    return a.severity > b.severity;
-  });
+  std::stable_sort(list_.begin(), list_.end(),
+                   [](const Finding& a, const Finding& b) { return a.severity > b.severity; });
 }
 
 int Findings::status() const {

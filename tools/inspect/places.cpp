@@ -55,10 +55,11 @@ std::string place_of(std::string_view text, std::string_view piece) {
   return "line " + std::to_string(line_of(text, piece)) + ", piece " + std::to_string(bars + 1);
 }
 
-std::string quoted(std::string_view text) {
-  constexpr std::size_t kLongest = 40;
-  const std::string shown = printable(text.substr(0, kLongest));
-  return "\"" + shown + (text.size() > kLongest ? "...\"" : "\"");
+std::string quote(std::string_view text) {
+  constexpr std::size_t kLongest = 70;
+  std::string shown = "\"";
+  shown += printable(text.substr(0, kLongest));
+  return shown.append(text.size() > kLongest ? "...\"" : "\"");
 }
 
 bool is_whole_int(std::string_view text) {
@@ -68,7 +69,8 @@ bool is_whole_int(std::string_view text) {
   if (negative || text.starts_with('+')) text.remove_prefix(1);
   if (text.empty() || !std::all_of(text.begin(), text.end(), is_digit)) return false;
   while (text.size() > 1 && text.front() == '0') text.remove_prefix(1);
-  const std::string said = (negative && text != "0" ? "-" : "") + std::string(text);
+  std::string said = negative && text != "0" ? "-" : "";
+  said += text;
   return said == std::to_string(value);
 }
 
@@ -95,8 +97,9 @@ void Complaints::about_file(const std::string& what) { add(what); }
 bool Complaints::shifted(std::string_view ignored, const std::string& unit) {
   if (is_blank(ignored)) return false;
   if (!is_shifted_) {
-    about(ignored, quoted(ignored) + " stands where " + unit +
-                       " begins: a piece was lost or added before it, and all behind is shifted");
+    about(ignored,
+          quote(ignored) + " stands where " + unit +
+              " begins: a piece was lost or added just before it, and all behind is shifted");
   }
   is_shifted_ = true;
   return true;

@@ -24,7 +24,7 @@ namespace vantrel::inspect {
 [[nodiscard]] std::string place_of(std::string_view text, std::string_view piece);
 
 // The text in quotation marks, cut where it is long, for one line of a terminal.
-[[nodiscard]] std::string quoted(std::string_view text);
+[[nodiscard]] std::string quote(std::string_view text);
 
 // What the run takes for a number is all of the text, but for white space around it.
 [[nodiscard]] bool is_whole_int(std::string_view text);

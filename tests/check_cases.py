@@ -1,0 +1,301 @@
+#!/usr/bin/env python3
+"""The doctor's verdict on damaged sites, and what a real run then does.
+
+    tests/check_cases.py BUILD_DIRECTORY [WORD...]
+
+A case: exit status of check, what a finding says, the damage, and what must hold after a run at the
+same moment. A run reaches its end (the companion scripts leave "ended") unless the status is 2. With
+words only the cases that have one of them in their line. Takes a C++ compiler; started as root it
+becomes "nobody", so that permissions count. The damages and claims are shell commands in the site.
+"""
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+
+BUILD = os.path.realpath(sys.argv[1])
+HERE = os.path.dirname(os.path.realpath(__file__))
+NOW = 1794833290  # 2026-11-16 12:48:10, a minute in which both periodic companion scripts start
+
+PRELUDE = r'''
+said() { grep -qF -- "$(printf %s "$1" | sed 's,/,\&#47;,g')" l/sys/sys.log; }
+silent() { [ ! -s l/sys/sys.log ]; }
+# FILE OFFSET VALUE: a number of 32 bits
+poke() { python3 -c 'import struct, sys
+with open(sys.argv[1], "r+b") as f:
+    f.seek(int(sys.argv[2])); f.write(struct.pack("<i", int(sys.argv[3])))' "$@"; }
+trade() { poke d/t/index $(($1 * 996 + $2)) $3; }
+# of the list: how many entries, the sum of their weights, the largest share in per cent
+entries() { echo $((($(stat -c %s d/out.lst) - 284) / 216)); }
+weights() { python3 -c 'import struct
+d = open("d/out.lst", "rb").read()[284:]
+w = [struct.unpack_from("<d", d, i + 160)[0] for i in range(0, len(d), 216)]
+print(int(sum(w)), int(100 * max(w, default=0) / (sum(w) or 1)), int(w[0] if w else 0))'; }
+window() { awk -F'|' -v id=$1 -v n=$2 '$2 == id { print $(n + 3) }' d/t/sum; }  # counter n, from 0
+mod() { sed -i "s@.*@$1@" d/out.mod; }
+'''
+
+END, STOP = 'ended', '! ended'
+OUT = r"|100|100|100|3|2|1|0||0||"
+
+# status, finding, damage, what holds after a run
+CASES = [
+    (0, '', 'true', 'silent'),
+    (0, '', 'rm d/se', 'silent'),
+    (0, '', 'echo 60 >d/sleep', 'silent'),
+    # The run ends early.
+    (0, 'd/sleep', 'echo 9 >d/sleep', 'silent'),
+    (2, 'd/sleep', 'echo 30 >d/sleep', 'silent'),
+    (2, 'd/sleep', 'echo 49 >d/sleep', 'silent'),
+    (2, 'of minutes to come', 'printf "%s\\n" 11161248 >>l/sys/cron.run', 'said "double cron"'),
+    (2, 'stamps of minutes to come', 'for m in 50 49 48; do echo 111612$m; done >>l/sys/cron.run', 'said "double cron"'),
+    (1, 'stamp of minutes to come', 'sed -i "1i 11161300" l/sys/cron.run', 'true'),
+    (2, 'd/t/sum', 'rm d/t/sum; mkdir d/t/sum', 'said d/t/sum'),
+    (2, 'stores its minute', 'rm d/t/sum; mkdir d/t/sum', 'said d/t/sum'),
+    (2, 'l/hdd.check', 'rm -f l/hdd.check; mkdir l/hdd.check', 'said "(write test)"'),
+    (2, 'l/hdd.check', 'rm -f l/hdd.check; ln -s /dev/full l/hdd.check', 'said "(disk full?)"'),
+    (2, 'l/hdd.check', 'chmod 400 l/hdd.check', 'said "(write test)"'),
+    (2, 'l/hdd.check', 'chmod 200 l/hdd.check', 'said "(read test)"'),
+    (2, 'l/hdd.check', 'rm -f l/hdd.check; chmod 555 l', 'said "(write test)"'),
+    (2, 'd/t/index', 'rm d/t/index', 'said d/t/index'),
+    (2, 'd/t/index', 'chmod 000 d/t/index', 'said d/t/index'),
+    (2, 'd/t/index', 'rm d/t/index; mkdir d/t/index', 'said "not fully loaded"'),
+    (2, 'd/t/index', 'truncate -s 8964 d/t/index', 'said "not fully loaded"'),
+    (2, 'd/t/index', 'chmod 444 d/t/index', 'said d/t/index'),
+    (2, 'd/t/sum', 'rm d/t/sum', 'said d/t/sum'),
+    (2, 'd/t/sum', 'chmod 444 d/t/sum', 'said d/t/sum'),
+    (2, 'd/t/20', 'rm d/t/20', 'said d/t/20'),
+    (2, 'd/t/20', 'chmod 000 d/t/20', 'said d/t/20'),
+    (2, 'd/traffic.set', 'rm d/traffic.set', 'silent'),
+    (2, 'd/geo.rating', 'rm d/geo.rating', 'said d/geo.rating'),
+    (2, 'd/ip.psv', 'rm d/ip.psv', 'said ip.psv'),
+    (2, 'd/agent.rating', 'rm d/agent.rating', 'said d/agent.rating'),
+    (2, 'd/request.rating', 'rm d/request.rating', 'said d/request.rating'),
+    (2, 'd/tags.rating', 'chmod 000 d/tags.rating', 'said d/tags.rating'),
+    (2, 'd/set', 'rm d/set', 'said d/set'),
+    (2, 'd/set', 'sed -i 6d d/set', 'said "d/set is corrupt"'),
+    (2, 'd/set', 'echo >>d/set', 'said "d/set is corrupt"'),
+    (2, 'd/out.set', 'rm d/out.set', 'said d/out.set'),
+    (2, 'd/out.mod', 'rm d/out.mod', 'said d/out.mod'),
+    (2, 'd/nm/track', 'rm d/nm/track', 'silent'),
+    # One cause, one finding.
+    (2, 'this is no site', 'rm -rf d l', 'true'),
+    (2, 'd/t: the folder is not there', 'rm -r d/t', 'said d/t/index'),
+    (2, 'd/t: the folder may not be entered', 'chmod 600 d/t', 'said d/t/index'),
+    (2, 'd: the folder may not be entered', 'chmod 600 d', 'said d/t/index'),
+    (2, 'l: the folder is not there', 'rm -r l', 'true'),
+    # Counts that are lost.
+    (1, 'no line for 31 trades with traffic', ': >d/t/sum', '[ $(window 20 14) -lt 10 ]'),
+    (1, 'no line for 1 trade with traffic', 'sed -i 21d d/t/sum', '[ $(window 20 14) -lt 10 ]'),
+    (1, 'tar xzf d/backup/', 'sed -i 21d d/t/sum', '[ $(window 20 14) -lt 10 ]'),
+    (1, 'two lines of one id', 'w=$(window 20 14); sed -i 21p d/t/sum; echo $w >w', '[ $(window 20 14) -gt $(($(cat w) * 3 / 2)) ]'),
+    (1, 'ids that no trade has', 'w=$(window 6 14); sed -i "21s/^|20|/|9999|/" d/t/sum; echo $w >w', '[ $(window 6 14) -gt $(cat w) ]'),
+    (1, 'bars instead of 44', 'truncate -s $(($(stat -c %s d/t/sum) / 2)) d/t/sum', '[ $(window 30 14) -lt 10 ]'),
+    (1, 'bars instead of 44', 'sed -i "3s/|1|/|/; 3s/$/x/" d/t/sum', 'true'),
+    (1, 'bars instead of 44', 'n=$(stat -c %s d/t/sum); truncate -s 0 d/t/sum; truncate -s $n d/t/sum', '[ $(window 20 14) -lt 10 ]'),
+    (1, 'no number of 32 bits', 'sed -i "21s/^|20|[0-9]*|/|20|99999999999|/" d/t/sum', 'true'),
+    (1, 'not the sum of the minutes', 'python3 -c \'p = open("d/t/sum").read().split("\\n"); f = p[20].split("|"); f[16] = "99999999"; p[20] = "|".join(f); open("d/t/sum", "w").write("\\n".join(p))\'', '[ $(window 20 14) -gt 99990000 ]'),
+    (1, 'not the sum of the minutes', 'sed -i "s/|[0-9]*/|0/2g; s/|0$/|/" d/t/sum', '[ $(window 20 14) -lt 10 ]'),
+    (1, 'nothing but zero bytes', 'n=$(stat -c %s d/t/index); truncate -s 0 d/t/index; truncate -s $n d/t/index', '[ $(entries) = 0 ]'),
+    (1, 'the reserved entries only', 'truncate -s $((996 * 11)) d/t/index', '[ $(entries) = 0 ]'),
+    (1, 'the reserved entries are not in their places', 'trade 6 0 8; trade 8 0 6', 'true'),
+    (1, 'the last entry is cut short', "printf '\\377' >>d/t/index; cp d/t/10 d/t/-1", 'true'),
+    (1, 'share an id', 'trade 21 0 20', 'true'),
+    (1, 'd/t/20', 'chmod 444 d/t/20', 'said d/t/20'),
+    (1, 'd/t/20', 'truncate -s 1000 d/t/20', 'silent'),
+    (1, 'd/t/20', 'rm d/t/20; mkdir d/t/20', 'said d/t/20'),
+    (1, 'counts that no minute can have', 'poke d/t/20 4200 1819043176', 'true'),
+    (1, 'cannot be written: every run counts again', 'chmod 444 l/sys/cron.run', '[ $(tail -1 l/sys/cron.run) = 11161247 ]'),
+    (1, 'd/h/site20', 'rm d/h/site20*.his', 'said d/h/site20'),
+    (1, 'd/h', 'chmod 555 d/h', 'silent'),
+    (1, 'd/h/all.his', 'chmod 444 d/h/all.his', 'silent'),
+    (1, '20261110 and 20261112 missing', 'sed -i /20261111/d d/h/site20*.his', 'silent'),
+    (1, '20261112 stands there twice', 'sed -i /20261112/p d/h/site20*.his', 'silent'),
+    (1, 'yesterday is missing', 'sed -i /20261115/d d/h/site20*.his', 'silent'),
+    (1, 'where its date should be', "sed -i 's/|20261112|/|/' d/h/site20*.his", 'silent'),
+    # Nothing is counted.
+    (1, 'l/in: the folder may not be entered', 'chmod 600 l/in', '[ $(stat -c %s l/in) ]'),
+    (1, 'l/in', 'chmod 000 l/in/*', 'true'),
+    (1, '3 hours old', 'rm -f l/in/*; : >l/in/26-320-09-12', 'true'),
+    (1, 'holds no log', 'rm -f l/in/*', 'true'),
+    (1, 'a minute to come', ': >l/in/26-320-14-47', 'true'),
+    (1, 'another time zone', 'rm -f l/in/*; : >l/in/26-320-11-47; touch -d "2026-11-16 12:47:50" l/in/*', 'true'),
+    (1, 'l/in', 'chmod 555 l/in', 'silent'),
+    (1, 'l/out', 'rm -r l/out', 'silent'),
+    (1, 'older than 25 hours', 'cd l/in; for d in 300 301; do for h in $(seq 10 23); do for m in $(seq 10 59); do : >26-$d-$h-$m; done; done; done', '[ -e l/in/26-300-10-10 ]'),
+    (1, 'not named by a minute', ': >l/in/hits.log', '[ -e l/in/hits.log ]'),
+    # The list is not worth following.
+    (1, 'line 6: a trade needs', "sed -i '6s/.*/|99999999|/' d/set", '[ $(weights | cut -d" " -f2) -ge 0 ]'),
+    (1, 'no weight above 0', ': >d/out.set', '[ "$(weights)" = "0 0 0" ]'),
+    (1, 'no weight above 0', "printf '1|0|\\n2|-5|\\n' >d/out.set", '[ "$(weights | cut -d" " -f3)" = -5 ]'),
+    (1, 'is not above 0', "sed -i 's/^1|1500|/1|0|/' d/out.set", '[ "$(weights | cut -d" " -f3)" = 900 ]'),
+    (1, '"many" is no number', "sed -i 's/^2|900|/2|many|/' d/out.set", 'true'),
+    (1, 'names are read as weights', "sed -i 's/^2|900|/2|/' d/out.set", 'true'),
+    (1, 'an odd number of pieces', "printf 15 >>d/out.set", 'true'),
+    (1, '% of the weights', "printf '1|99999|\\n2|1|\\n' >d/out.set", '[ $(weights | cut -d" " -f2) -gt 90 ]'),
+    (1, 'the next list is empty', 'for i in $(seq 11 35); do trade $i 880 0; trade $i 844 -1; done', '[ $(entries) = 0 ]'),
+    (1, 'the present one', 'python3 -c \'open("d/out.lst", "ab").write(bytes(216 * 60))\'', '[ $(entries) -lt 30 ]'),
+    (1, 'sum to 0', 'mod "|100|100|100|1|-1|0|0||0||"', 'true'),
+    (1, 'sum to 0', 'mod "|100|100|100|0|0|0|0||0||"', 'true'),
+    (1, 'counts as 0', 'mod "|100|100|100|three|2|1|0||0||"', 'true'),
+    (1, 'whole fields instead of 10', 'mod "|100|100|100|3|2|1|"', 'true'),
+    (1, 'd/out.lst', 'rm -f d/out.lst; mkdir d/out.lst', 'said d/out.lst'),
+    (1, 'd/out.lst', 'chmod 444 d/out.lst', 'said d/out.lst'),
+    (1, 'is not whole', 'printf x >>d/out.lst', '[ $((($(stat -c %s d/out.lst) - 284) % 216)) = 0 ]'),
+    (1, 'switched on, but empty', 'mod "|100|100|100|3|2|1|0||10||"', 'true'),
+    # Settings that are nonsense.
+    (1, 'd/ds', 'rm d/ds', 'said d/ds'),
+    (1, 'no measure "17"', "sed -i 's/|4|2|90|/|17|2|90|/' d/ds", 'silent'),
+    (1, 'no comparison "3"', "sed -i 's/|4|2|90|/|4|3|90|/' d/ds", 'silent'),
+    (1, 'is not -1 to 100', "sed -i 's/^|1|1|1|0|90|/|1|1|1|0|900|/' d/ds", 'silent'),
+    (1, 'is cut short', "printf '50|1|2' >>d/ds", 'silent'),
+    (1, 'on, but for nobody', "sed -i 's/^|1|1|1|0|/|1|0|0|0|/' d/ds", 'silent'),
+    (1, 'only "1" is on', "sed -i 's/^|1|/|yes|/' d/ds", 'silent'),
+    (1, 'd/proxy', 'rm d/proxy', 'said d/proxy'),
+    (1, '"10.0.0.0/8" is no address', 'echo 10.0.0.0/8 >>d/proxy', 'silent'),
+    (1, 'has capitals', 'echo Search.Example >>d/se', 'silent'),
+    (1, 'is the name of a trade', "name=$(ls d/h | grep '^site20'); echo ${name%.his} >>d/se", 'silent'),
+    (1, 'of 36 rules', 'sed -i 36d d/traffic.set', 'silent'),
+    (1, 'line 8, piece 36: "7" stands where rule 7', "sed -i '7s/|6|0|2|/|6|0|/' d/traffic.set", 'silent'),
+    (1, 'no operation "9"', "sed -i '3s/|2|1|/|2|9|/' d/traffic.set", 'silent'),
+    (1, '"2,5" is no number', "sed -i '1s/|3|0|/|2,5|0|/' d/traffic.set", 'silent'),
+    (1, 'behind the 36th', 'echo "|36|0|1|0|" >>d/traffic.set', 'silent'),
+    (1, 'block every hit and every click', "sed -i 's/^|\\([0-9]*\\)|[01]|/|\\1|2|/' d/traffic.set", 'silent'),
+    (1, 'is no file', 'rm d/geo.rating; mkdir d/geo.rating', 'silent'),
+    (1, 'no group "4"', 'echo "|4|xx|" >>d/geo.rating', 'silent'),
+    (1, 'an empty text', 'echo "|3||" >>d/agent.rating', 'silent'),
+    (1, 'stands where an entry begins', "sed -i '1s/^|1|/|/' d/tags.rating", 'silent'),
+    (1, 'in the groups 1 and 3', 'echo "|3|US|" >>d/geo.rating', 'silent'),
+    (1, 'NUL bytes', "printf 'a\\0b' >>d/tags.rating", 'silent'),
+    (1, 'holds no range', ': >d/ip.psv', 'silent'),
+    (1, 'range 2 ', "sed -i '1{h;d};2{G}' d/ip.psv", 'silent'),
+    (1, 'addresses with dots', "sed -i '5s/.*/|1.2.3.4|1.2.3.255|US|/' d/ip.psv", 'silent'),
+    (1, 'next to nothing', "sed -n 1p d/ip.psv | sed 's/|\\([0-9]*\\)|[0-9]*|/|\\1|16800000|/' >x; cat x >d/ip.psv", 'silent'),
+    (1, 'no trade with the id "9999"', 'echo "|9999|1|20|" >>d/caps', 'silent'),
+    (1, 'no kind of cap "4"', 'echo "|20|4|20|" >>d/caps', 'silent'),
+    (1, '"much" is no number', 'echo "|20|1|much|" >>d/caps', 'silent'),
+    (1, 'd/caps', 'rm d/caps', 'said d/caps'),
+    (1, '"abc" is no number', "printf '|abc|' >d/nm/track", 'silent'),
+    (1, 'no number between two bars', "printf 7 >d/nm/track", 'silent'),
+    (1, 'line 4: "many"', "sed -i '4s/.*/|many|/' d/set", 'silent'),
+    (1, 'no state of synchronisation', "sed -i '5s/.*/|7|/' d/set", 'silent'),
+    (1, 'cannot be written when', 'chmod 444 d/set', 'silent'),
+    (1, 'd: ', 'chmod 555 d', 'silent'),
+    (1, 'scoring mode', 'trade 20 880 7', 'silent'),
+    (1, 'forced listing', 'trade 20 892 5', 'silent'),
+    (1, 'skim is not', 'trade 20 844 900', 'silent'),
+    (1, 'a quota of an hour', 'trade 20 904 -5', 'silent'),
+    (1, 'below -1 and switch it off', 'trade 20 896 -9', 'silent'),
+    (1, 'the measure of the boost', 'trade 20 828 6', 'silent'),
+    (1, 'both percentages', 'trade 12 832 5; trade 12 836 150; trade 12 840 0', 'silent'),
+    (1, 'with capitals', 'poke d/t/index $((20 * 996 + 4)) 1163151699', 'true'),
+    (1, 'd/alerts', 'rm d/alerts', 'said d/alerts'),
+    (1, '15 pieces instead of 14', 'echo >>d/alerts', 'said "alerts settings file is corrupt"'),
+    (1, 'no-such-mailer', "sed -i 's@^|[^|]*|@|./no-such-mailer|@' d/alerts", '! said "unable to connect"'),
+    (1, 'a meaning of its own', "sed -i 's@^|[^|]*|@|./mail/sendmail.sh ; echo x|@' d/alerts", 'silent'),
+    (1, 'no alert is left', "sed -i 's/|0|/|1|/g; s/|0|/|1|/g' d/alerts", 'silent'),
+    (1, 'none of the five alerts can fire', "printf '|./mail/sendmail.sh|a@host.example|b@host.example|0|0|0|4294967295|0|0|0|4294967295|0|2147483647|0|' >d/alerts", 'silent'),
+    (1, 'd/alerts', 'chmod 444 d/alerts', 'silent'),
+    # Recent trouble, programs, backups.
+    (1, '1 run ended early in the last hour: d/t/20', "echo '|202611161230|cron|1|d&#47;t&#47;20|1||||' >>l/sys/sys.log", 'true'),
+    (1, '2 runs ended early in the last hour: cron has already', "for m in 30 31; do echo \"|2026111612$m|cron|10|cron has already run this minute (double cron detected)|1||||\"; done >>l/sys/sys.log", 'true'),
+    (0, '', "echo '|202611161030|cron|1|d&#47;t&#47;20|1||||' >>l/sys/sys.log", 'true'),
+    (1, '1 gap', 'sed -i /11161240/d l/sys/cron.run', 'said "|cron|3|"'),
+    (1, 'no run wrote: "rubbish"', 'sed -i "5i rubbish" l/sys/cron.run', 'said "|cron|3|"'),
+    (1, 'the run is mute', 'rm -rf l/sys/sys.log; mkdir l/sys/sys.log', 'true'),
+    (1, 'the run is mute', ': >l/sys/sys.log; chmod 444 l/sys/sys.log', 'silent'),
+    (1, 'no run has been let in', 'rm l/sys/cron.last', 'silent'),
+    (1, '8 minutes ago', "touch -d '2026-11-16 12:40:10' l/sys/cron.last", 'silent'),
+    (1, 'is lost', "touch -d '2026-11-16 09:40:10' l/sys/cron.last", 'silent'),
+    (1, 'in the future', "touch -d '2026-11-16 13:40' l/sys/cron.last", 'silent'),
+    (1, 'd/jb', 'rm d/jb', 'said d/t/jb'),
+    (1, 'the companion script is missing', 'rm sh_sync.cgi', 'silent'),
+    (1, 'cannot be executed', 'chmod 644 sh_top.cgi', 'silent'),
+    (1, 'its interpreter "/no/such/sh"', "sed -i '1s@.*@#!/no/such/sh@' sh_top.cgi", 'silent'),
+    (1, 'carriage return', "sed -i 's/$/\\r/' sh_top.cgi", 'silent'),
+    (1, 'holds no archive', 'rm d/backup/*', 'silent'),
+    (1, 'is empty', ': >$(ls d/backup/*); touch -d "2026-11-16 11:59" d/backup/*', 'silent'),
+    (1, '2 days old', 'touch -d 2026-11-14 d/backup/*', 'silent'),
+    (1, 'cannot be read by tar', 'truncate -s -200 d/backup/*; touch -d "2026-11-16 11:59" d/backup/*', 'silent'),
+    (1, 'folders that the archive is to hold', 'rm -r d/css', 'silent'),
+    (1, 'd/backup', 'rm -r d/backup', 'silent'),
+]
+
+
+def run(command, site, **more):
+    return subprocess.run(command, cwd=site, stdin=subprocess.DEVNULL, capture_output=True, text=True,
+                          errors='replace', timeout=60, **more)
+
+
+def at_clock(work):
+    return dict(os.environ, TZ='UTC', LD_PRELOAD=work + '/clock.so', FROZEN_CLOCK=str(NOW))
+
+
+def shell(script, site):
+    return run(['bash', '-c', PRELUDE + script], site, env=dict(os.environ, TZ='UTC'))
+
+
+def model(work):
+    site = work + '/model'
+    subprocess.run([BUILD + '/vantrel-sample-site', site, '--at', str(NOW), '--minutes', '3', '--days', '20',
+                    '--ranges', '200'], check=True, env=dict(os.environ, TZ='UTC'))
+    for script in ('sync', 'hta', 'top'):
+        with open('%s/sh_%s.cgi' % (site, script), 'w') as file:
+            file.write('#!/bin/sh\necho %s >>ended\n' % script)
+    return site
+
+
+def judge(case, site, env):
+    """What is wrong with the verdict, line by line."""
+    status, finding, damage, then = case
+    done = shell(damage, site)
+    if done.returncode != 0:
+        yield 'cannot make the damage: ' + done.stderr
+    check = run([BUILD + '/vantrel-inspect', 'check'], site, env=env)
+    told = [line for line in check.stdout.splitlines() if line.split(':')[0] in ('note', 'warning', 'fatal')]
+    if check.returncode != status:
+        yield 'status %d, not %d:\n%s%s' % (check.returncode, status, check.stdout, check.stderr)
+    if finding and not any(finding in line for line in told):
+        yield 'no finding %r:\n%s' % (finding, check.stdout)
+    if any(' -> ' not in line for line in told if not line.startswith('note')):
+        yield 'a finding without remedy:\n' + check.stdout
+    if len([line for line in told if not line.startswith('note')]) > 2:
+        yield 'one cause, many findings:\n' + check.stdout
+    run([BUILD + '/vantrel-cron'], site, env=env)
+    if os.path.exists(site + '/ended') != (status != 2):
+        yield 'the run reached its end: %s' % os.path.exists(site + '/ended')
+    if shell(then, site).returncode != 0:
+        yield 'after the run not true: ' + then
+
+
+def main():
+    os.umask(0o022)
+    work = tempfile.mkdtemp(prefix='check.')
+    os.chmod(work, 0o755)
+    subprocess.run(['c++', '-O1', '-shared', '-fPIC', '-o', work + '/clock.so', HERE + '/../bench/frozen_clock.cpp'],
+                   check=True)
+    if os.getuid() == 0:
+        shutil.chown(work, 'nobody', 'nogroup')
+        os.setgroups([])
+        os.setgid(65534)
+        os.setuid(65534)
+    pattern = model(work)
+    for script in ('sync', 'hta', 'top'):
+        os.chmod('%s/sh_%s.cgi' % (pattern, script), 0o755)
+    words = sys.argv[2:]
+    cases = [case for case in CASES if not words or any(word in repr(case) for word in words)]
+    failures = 0
+    for case in cases:
+        site = work + '/site'
+        subprocess.run(['cp', '-a', pattern, site], check=True)
+        for wrong in judge(case, site, at_clock(work)):
+            failures += 1
+            print('FAIL %s\n  %s' % (case[2], wrong.replace('\n', '\n  ')))
+        subprocess.run('chmod -R u+rwx site; rm -rf site', shell=True, cwd=work, check=True)
+    shutil.rmtree(work)
+    print('%d cases, %d failures' % (len(cases), failures))
+    sys.exit(failures > 0)
+
+
+main()
