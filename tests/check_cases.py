@@ -144,6 +144,13 @@ CASES = [
     (1, 'd/out.lst', 'chmod 444 d/out.lst', 'said d/out.lst'),
     (1, 'is not whole', 'printf x >>d/out.lst', '[ $((($(stat -c %s d/out.lst) - 284) % 216)) = 0 ]'),
     (1, 'switched on, but empty', 'mod "|100|100|100|3|2|1|0||10||"', 'true'),
+    (1, 'field 9, character 13: the formula breaks off', 'mod "|100|100|100|3|2|1|0||10|rin60*uin24+|"', 'silent'),
+    (1, 'character 1: "bonus', 'mod "|100|100|100|3|2|1|0||10|bonus+uin24|"', 'silent'),
+    (1, 'division by zero', 'mod "|100|100|100|3|2|1|0||10|uin24/(rin24-rin24)|"', 'silent'),
+    (1, 'a ")" is missing', 'mod "|100|100|100|3|2|1|0||10|(uin24+1|"', 'silent'),
+    (1, 'character no formula', 'mod "|100|100|100|3|2|1|0||10|uin24*%2|"', 'silent'),
+    (1, 'is no number; what', 'mod "|100|100|100|3|2|1|0||10|1e+uin24|"', 'silent'),
+    (0, '', 'mod "|100|100|100|3|2|1|0||10|bonus=2*uin24+1|"', 'silent'),
     # Settings that are nonsense.
     (1, 'd/ds', 'rm d/ds', 'said d/ds'),
     (1, 'no measure "17"', "sed -i 's/|4|2|90|/|17|2|90|/' d/ds", 'silent'),

@@ -1,6 +1,6 @@
 #!/bin/bash
-# The inspector against whole sites: every view, the verdict of the doctor against what the run then
-# really does, and that nothing of a site changes, however damaged it is.
+# The inspector against whole sites: every view, and that nothing of a site changes, however damaged it
+# is. The verdicts of the doctor have a table of their own, check_cases.py.
 #
 #   tests/inspect_test.sh BUILD_DIRECTORY
 #
@@ -197,91 +197,6 @@ TABLE
 rm "$site/d/out.lst"
 untouched "no list" inspect alive
 expect "no list" $status 2
-
-echo "== the doctor's verdict, and the run's"
-# status, what the finding names, and the defect; a run reaches its end unless the status is 2.
-while IFS='|' read -r expected finding defect; do
-  case $expected in '' | '#'*) continue ;; esac
-  fresh
-  (cd "$site" && "${as_owner[@]}" bash -c "$defect") || fail "cannot make the defect: $defect"
-  untouched "$defect" inspect check
-  [ "$status" = "$expected" ] || fail "$defect: status $status, not $expected: $(grep -v ^ok "$work/out")"
-  [ -z "$finding" ] || grep -v '^ok' "$work/out" | grep -qF -- "$finding" || fail "$defect: no finding '$finding'"
-  grep -qE '^(warning|fatal): .* -> ' "$work/out" || [ "$expected" = 0 ] || fail "$defect: no remedy"
-  case $defect in *d/sleep*) continue ;; esac
-  (cd "$site" && at_clock "$build/vantrel-cron" >/dev/null 2>&1)
-  ended=$([ -f "$site/ended" ] && echo yes || echo no)
-  wanted=$([ "$expected" = 2 ] && echo no || echo yes)
-  [ $ended = $wanted ] || fail "$defect: the run reached its end: $ended"
-done <<'TABLE'
-0||true
-0||rm d/se
-0||echo 60 >d/sleep
-1|d/sleep|echo 30 >d/sleep
-2|l/hdd.check|rm -f l/hdd.check; mkdir l/hdd.check
-2|l/hdd.check|rm -f l/hdd.check; ln -s /dev/full l/hdd.check
-2|l/hdd.check|touch l/hdd.check; chmod 400 l/hdd.check
-2|l/hdd.check|touch l/hdd.check; chmod 200 l/hdd.check
-2|l/hdd.check|rm -f l/hdd.check; chmod 555 l
-2|d/t/index|rm d/t/index
-2|d/t/index|chmod 000 d/t/index
-2|d/t/index|rm d/t/index; mkdir d/t/index
-2|d/t/index|truncate -s 8964 d/t/index
-2|d/t/index|chmod 444 d/t/index
-1|d/t/index|printf '\377' >>d/t/index; : >d/t/-1
-2|d/t/sum|rm d/t/sum
-2|d/t/sum|chmod 444 d/t/sum
-1|d/t/sum|sed -i 3d d/t/sum
-1|d/t/sum|sed -i '3s/|1|/|/; 3s/$/x/' d/t/sum
-1|d/t|chmod 555 d/t
-2|d/t/20|rm d/t/20
-2|d/t/20|chmod 000 d/t/20
-1|d/t/20|chmod 444 d/t/20
-1|d/t/20|truncate -s 1000 d/t/20
-1|d/t/20|rm d/t/20; mkdir d/t/20
-1|d/jb|rm d/jb
-1|d/h/site20|rm d/h/site20*.his
-1|d/h|chmod 555 d/h
-1|d/h/all.his|chmod 444 d/h/all.his
-1|d/ds|rm d/ds
-1|d/proxy|rm d/proxy
-2|d/traffic.set|rm d/traffic.set
-1|d/traffic.set|sed -i 36d d/traffic.set
-2|d/geo.rating|rm d/geo.rating
-1|d/geo.rating|rm d/geo.rating; mkdir d/geo.rating
-2|d/ip.psv|rm d/ip.psv
-1|d/ip.psv|: >d/ip.psv
-1|range 2 |sed -i '1{h;d};2{G}' d/ip.psv
-2|d/agent.rating|rm d/agent.rating
-2|d/request.rating|rm d/request.rating
-2|d/tags.rating|chmod 000 d/tags.rating
-2|d/set|rm d/set
-2|d/set|sed -i 6d d/set
-2|d/set|echo >>d/set
-1|d/set|chmod 444 d/set
-1|d: |chmod 555 d
-2|d/out.set|rm d/out.set
-1|d/out.set|: >d/out.set; sed -i 's/.*/|100|100|100|1|1|1|0|0|0||/' d/out.mod
-2|d/out.mod|rm d/out.mod
-1|d/caps|rm d/caps
-2|d/nm/track|rm d/nm/track
-1|d/out.lst|rm -f d/out.lst; mkdir d/out.lst
-1|d/out.lst|printf x >>d/out.lst
-1|d/alerts|rm d/alerts
-1|d/alerts|echo >>d/alerts
-1|no-such-mailer|sed -i 's/^|[^|]*|/|.\/no-such-mailer|/' d/alerts
-1|d/alerts|chmod 444 d/alerts
-1|sh_sync.cgi|rm sh_sync.cgi
-1|sh_top.cgi|chmod 644 sh_top.cgi
-1|d/backup|rmdir d/backup
-1|l/in|chmod 555 l/in
-1|l/out|rm -r l/out
-1|l/sys/cron.run|chmod 444 l/sys/cron.run
-1|l/sys/sys.log|rm -rf l/sys/sys.log; mkdir l/sys/sys.log
-1|scheduler|touch -d '2026-11-16 12:40' l/sys/cron.last
-1|scheduler|rm l/sys/cron.last
-1|scheduler|touch -d '2026-11-16 13:40' l/sys/cron.last
-TABLE
 
 echo "== damaged sites"
 # Every view in both forms; what is wrong with one is reported at once.

@@ -1,12 +1,11 @@
-// The operator's formula, tried on every trade by the run's own scorer.
+// The operator's formula, as the run's own evaluator took it for each trade.
 #pragma once
 
 #include "findings.h"
-#include "out/out_settings.h"
-#include "store/trade_index.h"
+#include "foresee.h"
 
 namespace vantrel::inspect {
 
-void check_formula(Findings& findings, const OutMod& modifiers, const TradeStore& store);
+void check_formula(Findings& findings, const Forecast& forecast);
 
 }  // namespace vantrel::inspect

@@ -4,7 +4,6 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
-#include "check_formula.h"
 #include "checks.h"
 #include "out/out_list.h"
 #include "out/out_settings.h"
@@ -43,7 +42,7 @@ void check_window_weights(Complaints& complaints, const OutMod& modifiers) {
 }
 
 // Nothing when the file cannot be judged.
-std::optional<OutMod> check_modifiers(Findings& findings, const TradeStore& store) {
+std::optional<OutMod> check_modifiers(Findings& findings) {
   constexpr const char* kModifiers = "d/out.mod";
   const auto text = examined(findings, kModifiers, event::out_mod_missing);
   if (!text) return std::nullopt;
@@ -71,7 +70,6 @@ std::optional<OutMod> check_modifiers(Findings& findings, const TradeStore& stor
   }
   complaints.tell(findings, modifiers.uses_formula() ? "the formula ranks" : "built-in score",
                   kSave, Question::list);
-  if (modifiers.uses_formula()) check_formula(findings, modifiers, store);
   return modifiers;
 }
 
@@ -193,7 +191,7 @@ void check_list_file(Findings& findings) {
 }  // namespace
 
 void check_outgoing(Findings& findings, const TradeStore& store) {
-  const auto modifiers = check_modifiers(findings, store);
+  const auto modifiers = check_modifiers(findings);
   check_weights(findings, modifiers && modifiers->generates_weights());
   check_caps(findings, store);
   check_track(findings);

@@ -26,7 +26,7 @@ bool is_stamp(std::string_view text) {
 // when the last of them is.
 void check_coming_minutes(Findings& findings, std::string_view text) {
   constexpr int kLookedAt = 24 * 60;
-  const std::time_t first = next_start();
+  const std::time_t first = expected_start();
   int refused = 0;
   bool next_is_refused = false;
   std::time_t last = first;
@@ -119,10 +119,10 @@ void check_sleep(Findings& findings) {
   if (!sleep_gate_closed(latest)) return;
   if (!exists(kLastRunFile)) {
     findings.off(kSleep, what, remedy);
-  } else if (const StartClock next = start_clock_of(next_start()); sleep_gate_closed(next)) {
+  } else if (const StartClock next = start_clock_of(expected_start()); sleep_gate_closed(next)) {
     findings.ends_run(kSleep,
                       what + ", and the last one was let in at second " +
-                          std::to_string(local_time(next_start()).tm_sec),
+                          std::to_string(local_time(expected_start()).tm_sec),
                       remedy);
   } else {
     findings.note(kSleep, what + "; the last one came later");
@@ -131,7 +131,7 @@ void check_sleep(Findings& findings) {
 
 }  // namespace
 
-std::time_t next_start() {
+std::time_t expected_start() {
   const std::time_t now = wall_clock();
   const int second_now = local_time(now).tm_sec;
   const auto last = modified(kLastRunFile);

@@ -10,7 +10,7 @@
 namespace vantrel::inspect {
 
 // When the next run is to be expected: as far into its minute as the last one came.
-[[nodiscard]] std::time_t next_start();
+[[nodiscard]] std::time_t expected_start();
 
 void check_event_log(Findings& findings);  // without it the run is mute
 void check_scheduler(Findings& findings);  // last run, d/sleep

@@ -159,7 +159,7 @@ std::string report_data() {
   PackedObject data;
   data.add("directory", page_text(site_directory()));
   data.add("made", page_text(time_text(wall_clock())));
-  data.add_view("check", check_view);
+  data.add_view("check", [] { return check_view(); });
   data.add_view("site", site_view);
   data.add_view("list", list_view);
   data.add_view("trades", [] { return trades_view({}); });

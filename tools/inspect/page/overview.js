@@ -4,7 +4,7 @@ function badge(kind, text) {
   return el('span', {class: 'badge ' + kind}, text);
 }
 
-const severities = {ok: 'good', warning: 'warn', fatal: 'bad'};
+const severities = {ok: 'good', note: 'good', warning: 'warn', fatal: 'bad'};
 
 function checkSection() {
   return viewSection('check', 'Is all well?', view('check'), check => {
