@@ -3,11 +3,12 @@
 
 #include "base/clock.h"
 #include "base/numbers.h"
+#include "base/start_clock.h"
 #include "base/text.h"
 #include "checks.h"
 #include "places.h"
 #include "run/run_guard.h"
-#include "run/start_clock.h"
+#include "run/sleep_gate.h"
 #include "site.h"
 #include "traffic/hit_logs.h"
 
@@ -34,7 +35,7 @@ void check_coming_minutes(Findings& findings, std::string_view text) {
     const std::time_t moment = first + minute * 60;
     RunHistory history;
     history.run_stamp = format_time(kRunStampFormat, moment);
-    if (read_stamps(history, text)) continue;
+    if (!take_stamps(history, text)) continue;
     ++refused;
     next_is_refused |= minute == 0;
     last = moment;
@@ -55,7 +56,7 @@ void check_coming_minutes(Findings& findings, std::string_view text) {
 // Lines that are none, and minutes without a run between the others.
 void check_stamps(Findings& findings, std::string_view text) {
   RunHistory history;
-  static_cast<void>(read_stamps(history, text));
+  static_cast<void>(take_stamps(history, text));
   NameList garbage, gaps;
   bool lost = false;
   std::string before;
@@ -140,7 +141,7 @@ std::time_t expected_start() {
     // Then only the history tells whether this minute had its run.
     RunHistory history;
     history.run_stamp = format_time(kRunStampFormat, now);
-    had_one |= !read_stamps(history, read_file(kRunHistoryFile).value_or(""));
+    had_one |= take_stamps(history, read_file(kRunHistoryFile).value_or(""));
   }
   return now - second_now + (had_one ? 60 : 0) + (last ? local_time(*last).tm_sec : second_now);
 }
