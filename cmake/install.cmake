@@ -2,17 +2,18 @@
 # targets are there.
 include(GNUInstallDirs)
 
-install(TARGETS vantrel-cron vantrel-sample-site RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(FILES man/vantrel-sample-site.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
-install(FILES examples/crontab examples/logrotate
-  "examples/vantrel-cron@.service" "examples/vantrel-cron@.timer"
-  DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
-install(PROGRAMS examples/set-trade.py DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
-install(FILES "examples/vantrel-watch@.service" "examples/vantrel-watch@.timer"
-  "examples/vantrel-trouble@.service" examples/prometheus-rules.yml
-  DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples)
-install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} FILES_MATCHING PATTERN "*.md")
-install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} OPTIONAL)
+# The day of the release stands beside its number, in the first heading of the list of changes.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/CHANGELOG.md)
+file(STRINGS ${CMAKE_SOURCE_DIR}/CHANGELOG.md VANTREL_RELEASE REGEX "^## " LIMIT_COUNT 1)
+if(NOT VANTREL_RELEASE MATCHES "^## ${PROJECT_VERSION}, ([0-9]+-[0-9]+-[0-9]+)$")
+  message(FATAL_ERROR "The first heading of CHANGELOG.md is not \"## ${PROJECT_VERSION}, YYYY-MM-DD\"")
+endif()
+set(VANTREL_DATE ${CMAKE_MATCH_1})
+set(VANTREL_MAINTAINER "The Vantrel maintainers <maintainers@vantrel.example>" CACHE STRING
+  "Name and address in the package")
+
+install(TARGETS vantrel-cron vantrel-sample-site vantrel-day
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
 # Manual pages: the list of events and the file formats are printed from their sources.
 set(VANTREL_MAN ${CMAKE_BINARY_DIR}/man)
@@ -21,13 +22,11 @@ find_program(VANTREL_AWK awk)
 set(VANTREL_PAGES)
 if(TARGET vantrel-inspect)
   install(TARGETS vantrel-inspect RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-  install(FILES man/vantrel-inspect.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
   add_custom_command(OUTPUT ${VANTREL_MAN}/vantrel-cron.8
     COMMAND vantrel-event-pages < ${CMAKE_SOURCE_DIR}/man/vantrel-cron.8.in
       > ${VANTREL_MAN}/vantrel-cron.8
     DEPENDS vantrel-event-pages ${CMAKE_SOURCE_DIR}/man/vantrel-cron.8.in VERBATIM)
   list(APPEND VANTREL_PAGES ${VANTREL_MAN}/vantrel-cron.8)
-  install(FILES ${VANTREL_MAN}/vantrel-cron.8 DESTINATION ${CMAKE_INSTALL_MANDIR}/man8)
 endif()
 if(VANTREL_AWK)
   add_custom_command(OUTPUT ${VANTREL_MAN}/vantrel-site.5
@@ -35,14 +34,29 @@ if(VANTREL_AWK)
       ${CMAKE_SOURCE_DIR}/docs/files.md > ${VANTREL_MAN}/vantrel-site.5
     DEPENDS ${CMAKE_SOURCE_DIR}/man/site-page.awk ${CMAKE_SOURCE_DIR}/docs/files.md VERBATIM)
   list(APPEND VANTREL_PAGES ${VANTREL_MAN}/vantrel-site.5)
-  install(FILES ${VANTREL_MAN}/vantrel-site.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
+  execute_process(COMMAND ${VANTREL_AWK} -v "maintainer=${VANTREL_MAINTAINER}"
+      -f ${CMAKE_SOURCE_DIR}/packaging/changelog.awk ${CMAKE_SOURCE_DIR}/CHANGELOG.md
+    OUTPUT_FILE ${CMAKE_BINARY_DIR}/changelog COMMAND_ERROR_IS_FATAL ANY)
 endif()
 add_custom_target(man ALL DEPENDS ${VANTREL_PAGES})
+install(CODE "
+  set(SOURCE \"${CMAKE_SOURCE_DIR}\")
+  set(BUILD \"${CMAKE_BINARY_DIR}\")
+  set(DATE \"${VANTREL_DATE}\")
+  set(BINDIR \"${CMAKE_INSTALL_BINDIR}\")
+  set(DATADIR \"${CMAKE_INSTALL_DATADIR}\")
+  set(DOCDIR \"${CMAKE_INSTALL_DOCDIR}\")
+  set(MANDIR \"${CMAKE_INSTALL_MANDIR}\")")
+install(SCRIPT cmake/install_texts.cmake)
 
-# cpack in the build directory makes the package.
+# The target "package" makes the package: the same bytes wherever and whenever it is made.
+set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_BINARY_DIR}/package.cmake)
+execute_process(COMMAND date -u -d ${VANTREL_DATE} +%s
+  OUTPUT_VARIABLE VANTREL_EPOCH OUTPUT_STRIP_TRAILING_WHITESPACE)
+file(WRITE ${CPACK_PROJECT_CONFIG_FILE} "set(ENV{SOURCE_DATE_EPOCH} ${VANTREL_EPOCH})\n")
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME vantrel)
-set(CPACK_PACKAGE_CONTACT "The webmaster <root@localhost>")
+set(CPACK_PACKAGE_CONTACT "${VANTREL_MAINTAINER}")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Once-a-minute maintenance run of a traffic-trading site")
 set(CPACK_PACKAGE_DESCRIPTION
   "Counts the hits of the trades of a site every minute, ranks the trades and
@@ -53,6 +67,6 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION web)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "cron | systemd, tar")
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "cron | systemd")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "default-mta | mail-transport-agent, logrotate")
 include(CPack)

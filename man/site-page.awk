@@ -47,7 +47,7 @@ function start_table(line,    count, i) {
 
 BEGIN {
   print "'\\\" t"
-  print ".TH VANTREL\\-SITE 5 \"\" \"vantrel\" \"File formats\""
+  print ".TH VANTREL\\-SITE 5 \"@DATE@\" \"vantrel\" \"File formats\""
   print ".SH NAME\nvantrel\\-site \\- the files of a site, byte by byte\n.SH DESCRIPTION"
 }
 /^# / { next }

@@ -89,7 +89,7 @@ check "one line, figures behind a bar" grep -qxE 'VANTREL OK: [^|]* \| age=[0-9]
 say "The watching units"
 mkdir "$work/units"
 for unit in examples/vantrel-{watch@,trouble@}.service; do
-  sed "s|vantrel-inspect --site|$programs/&|; s/^\(User\|Group\)=/#&/; s|sendmail -t|tee -a $work/mailbox|" "$unit" >"$work/units/${unit#*/}"
+  sed "s|/usr/local/bin|$programs|; s/^\(User\|Group\)=/#&/; s|sendmail -t|tee -a $work/mailbox|" "$unit" >"$work/units/${unit#*/}"
 done
 instance=$(systemd-escape -p "$work/well")
 cp examples/vantrel-watch@.timer "$work/units"

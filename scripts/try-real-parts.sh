@@ -91,7 +91,7 @@ add_crontab_line() {
   local example
   example=$(grep '^[^#]' examples/crontab)
   example=${example/\/srv\/www\/site/$site}
-  crontab_line=${example/vantrel-cron/$programs/vantrel-cron}
+  crontab_line=${example//\/usr\/local\/bin/$programs}
   { crontab -l 2>/dev/null || true; echo "$crontab_line"; } | crontab -
   echo "crontab: $crontab_line"
 }
@@ -331,7 +331,7 @@ verify_units() {
   fi
   local unit
   unit=$work/vantrel-cron@$(systemd-escape -p "$site")
-  sed "s|^ExecStart=|&$programs/|" examples/vantrel-cron@.service >"$unit.service"
+  sed "s|/usr/local/bin|$programs|" examples/vantrel-cron@.service >"$unit.service"
   cp examples/vantrel-cron@.timer "$unit.timer"
   # Where the package is not installed systemd would miss the manual page.
   check "systemd has nothing to say about service and timer" \
