@@ -49,7 +49,7 @@ void write_sample_backup(const std::filesystem::path& directory, std::time_t now
   due.tm_hour = minute >= 12 * 60 - 1 && minute < 24 * 60 - 1 ? 11 : 23;
   if (minute < 12 * 60 - 1) --due.tm_mday;
   due.tm_min = 59;
-  due.tm_sec = 5;
+  due.tm_sec = 0;
   due.tm_isdst = -1;
   const std::time_t moment = std::mktime(&due);
   const std::string stamp = format_time(kHourStampFormat, moment);

@@ -137,7 +137,7 @@ std::time_t expected_start() {
   const int second_now = local_time(now).tm_sec;
   const auto last = modified(kLastRunFile);
   bool had_one = ran_this_minute();
-  if (!may_create_or_write(kLastRunFile)) {
+  if (!may_create_or_write(kLastRunFile) || (last && *last > now)) {
     // Then only the history tells whether this minute had its run.
     RunHistory history;
     history.run_stamp = format_time(kRunStampFormat, now);

@@ -18,7 +18,7 @@ void put_line(std::string& text, std::initializer_list<std::string_view> pieces)
 
 std::string main_settings(const SiteTotals& totals) {
   return "|3|http://www.host.example/out.cgi|\n|5|gallery|\n|0||\n|25|\n|2|\n|" +
-         std::to_string(totals.usual_unique) + "|\n";
+         std::to_string(totals.usual_unique * 9 / 10) + "|\n";
 }
 
 // When little goes back to the trades, or much comes in, other skims hold for all of them.
