@@ -1,13 +1,14 @@
 #!/usr/bin/env python3
 """Lets the traffic of a site fill a small file system of its own, and goes on for two days.
 
-    full_disk.py BUILD_DIRECTORY [--short]
+    full_disk.py BUILD_DIRECTORY [--short] [KIND ...]
 
-It begins with a disk that hit logs of 25 hours have filled to the last block (or inode, or what is
-not root's reserve). Every minute the request scripts log what they find room for, more than the run
-removes. Each hit that reached a log must be counted in its minute, no run may end early, and once
-there is room again nothing is left of it. Needs python3, a C++ compiler, e2fsprogs and the right to
-mount (else the cases are left out). --short goes on for two hours.
+It begins with a disk that old archives and hit logs of 25 hours have filled to the last block (or
+inode, or what is not root's reserve). Every minute the request scripts log what they find room for,
+more than the run removes; at 23:20 old archives are due to go, at 23:59 and 11:59 a new one is made.
+Each hit that reached a log must be counted in its minute, no run may end early, and once there is
+room again nothing is left of it. Needs python3, a C++ compiler, e2fsprogs and the right to mount
+(else the cases are left out). Kinds: reserve, root, inodes. --short goes on for two hours.
 """
 import ctypes
 import os
@@ -21,7 +22,11 @@ import layout
 from layout import CLOCK, NAMES, SLOT
 
 NOBODY = 65534
-KINDS = {'no reserve': ['-m', '0', '-N', '8000'], "root's reserve": ['-m', '10', '-N', '8000'], 'no inodes': ['-N', '1500']}
+BEGIN = CLOCK - 3600  # 22:59
+ARCHIVES, KEPT = 130, 90
+KINDS = {'reserve': ('no reserve', ['-m', '0', '-N', '8000']),
+         'root': ("root's reserve", ['-m', '10', '-N', '8000']),
+         'inodes': ('no inodes', ['-m', '0', '-N', '1640'])}
 
 
 def own_mounts():
@@ -53,13 +58,33 @@ def log(site, minute, records):
 
 
 def fill(site, large):
-    """With the logs of the last 25 hours. Those that are due to go first are small ones."""
+    """With archives, of which some are due to go at 23:20, and the logs of the last 25 hours. Those
+    that are due to go first are small ones."""
+    for age in range(ARCHIVES):
+        name = 'd/backup/old%03d.tar.gz' % age
+        layout.write(site, name, b'a' * 10000)
+        os.utime(os.path.join(site, name), (BEGIN - age * 3600,) * 2)
     records = 10
     for age in range(25 * 60 + 1, 2, -1):
         if age == 23 * 60 and large:
             records = 100
-        if log(site, CLOCK - 60 * age, records) < records:
+        if log(site, BEGIN - 60 * age, records) < records:
             records = 1
+
+
+def crowd(site, number):
+    """Other programs take three files a minute, and give them back every ten minutes."""
+    for i in range(3):
+        name = '%s/d/gr/%d.%d' % (site, number % 10, i)
+        if number % 10:
+            try:
+                open(name, 'w').close()
+            except OSError:
+                return
+        else:
+            for late in range(1, 10):
+                if os.path.exists('%s/d/gr/%d.%d' % (site, late, i)):
+                    os.unlink('%s/d/gr/%d.%d' % (site, late, i))
 
 
 def slot(site, moment):
@@ -71,7 +96,8 @@ def slot(site, moment):
 def simulate(program, site, minutes):
     wrong, chance, full, hits = [], random.Random(1), 0, 0
     for i in range(minutes):
-        moment = CLOCK + 60 * i
+        moment = BEGIN + 60 * i
+        crowd(site, i)
         wanted = chance.randrange(40, 160)
         arrived = log(site, moment - 60, wanted)
         full += arrived < wanted
@@ -83,17 +109,23 @@ def simulate(program, site, minutes):
     wrong += ['event ' + subject for subject, level in layout.events(site) if level == '1']
     if layout.summary(site) is None:
         wrong.append('d/t/sum is damaged')
-    wrong += ['%s is left' % name for name in layout.tree(site) if '.new.' in name]
+    now = layout.tree(site)
+    wrong += ['%s is left' % name for name in now if '.new.' in name]
+    old = sorted(name for name in now if name.startswith('d/backup/old'))
+    if len(old) >= KEPT or old != ['d/backup/old%03d.tar.gz' % age for age in range(len(old))]:
+        wrong.append('%d old archives are left' % len(old))
+    print('%d archives made, %d days recorded' % (sum(name.startswith('d/backup/24-13') for name in now) - 1,
+                                         now['d/h/all.his'].count(b'|202405') - 1))
     return wrong, full, hits
 
 
 def main():
-    program, _, short = layout.command_line(__doc__, '--short')
+    program, chosen, short = layout.command_line(__doc__, '--short')
     score = layout.Score()
     if os.geteuid() != 0 or not own_mounts():
         print('no mounting here: nothing is proved')
         return
-    for kind, options in KINDS.items():
+    for kind, options in (KINDS[word] for word in chosen or KINDS):
         with tempfile.TemporaryDirectory(prefix='vantrel.') as folder:
             image, site = folder + '/image', folder + '/site'
             os.chmod(folder, 0o755)
@@ -103,7 +135,7 @@ def main():
             os.mkdir(site)
             subprocess.run(['mount', '-o', 'loop', image, site], check=True)
             os.chmod(site, 0o755)
-            layout.lay_out(site, companions=False)
+            layout.lay_out(site, BEGIN, companions=False)
             for name in ('in', 'out'):
                 shutil.rmtree('%s/l/%s' % (site, name))
                 os.mkdir('%s/l/%s' % (site, name))

@@ -198,6 +198,15 @@ def run(program, site, clock, zone='UTC', tracer=(), **more):
         return None
 
 
+def injector(*faults):
+    """strace as an injector of faults: (name of the call, what happens, which of them)."""
+    command = ['strace', '-qq', '-o', '/dev/null', '-e', 'signal=none',
+               '-e', 'trace=' + ','.join(name for name, _, _ in faults)]
+    for name, what, when in faults:
+        command += ['-e', 'inject=%s:%s:when=%s' % (name, what, when)]
+    return tuple(command)
+
+
 class Stopped:
     """A run that is stopped behind one of its system calls, until it is told to end."""
 

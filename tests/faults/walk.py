@@ -347,7 +347,7 @@ class Walker:
     def kill(self):
         for call in self.calls:
             yield dict(what='killed at %s(%s' % (call.name, call.text), exact=True, status=-9,
-                       tracer=tracer((call.name, 'signal=SIGKILL', '%d' % call.nth)))
+                       tracer=layout.injector((call.name, 'signal=SIGKILL', '%d' % call.nth)))
 
     def full(self):
         for names in (WRITES, FULL):
@@ -361,7 +361,7 @@ class Walker:
                           if counts[n]]
                 done[call.name] += 1
                 yield dict(what='disk full from %s(%s' % (call.name, call.text), exact=False,
-                           tracer=tracer(*faults))
+                           tracer=layout.injector(*faults))
 
     def single(self):
         for call in self.calls:
@@ -369,7 +369,7 @@ class Walker:
             for error in errors:
                 yield dict(what='%s: %s(%s' % (error, call.name, call.text), exact=False,
                            event=expected_event(call, error),
-                           tracer=tracer((call.name, 'error=' + error, '%d' % call.nth)))
+                           tracer=layout.injector((call.name, 'error=' + error, '%d' % call.nth)))
 
     def short(self):
         yield dict(what='all writes of one byte', exact=True, SHORT_WRITE=-1)
@@ -401,15 +401,6 @@ class Walker:
         for n in range(1, self.allocations() + 1):
             yield dict(what='allocation %d fails' % n, exact=False, said=True, NO_MEMORY=n)
             yield dict(what='no memory from allocation %d on' % n, exact=False, NO_MEMORY=-n)
-
-
-def tracer(*faults):
-    """strace as an injector of faults: (name of the call, what happens, which of them)."""
-    command = ['strace', '-qq', '-o', '/dev/null', '-e', 'signal=none',
-               '-e', 'trace=' + ','.join(name for name, _, _ in faults)]
-    for name, what, when in faults:
-        command += ['-e', 'inject=%s:%s:when=%s' % (name, what, when)]
-    return tuple(command)
 
 
 def expected_event(call, error):
