@@ -12,10 +12,10 @@
 namespace vantrel::inspect {
 namespace {
 
+constexpr const char* kScratch = "l/hdd.check";
 constexpr std::size_t kLargeLog = std::size_t{64} << 20;
 
 void check_scratch(Findings& findings) {
-  constexpr const char* kScratch = "l/hdd.check";
   if (exists(kScratch) && !is_regular(kScratch) && !is_directory(kScratch)) {
     findings.as_event(kScratch, event::disk_full);
   } else if (!may_create_or_write(kScratch)) {
@@ -25,25 +25,40 @@ void check_scratch(Findings& findings) {
   }
 }
 
+// A full file system takes no logs. The run still overwrites the files it has, but its check file
+// must be there already.
+void tell_full(Findings& findings, const std::string& what, const std::string& remedy) {
+  if (file_size(kScratch) == 0) {
+    findings.ends_run("disk", what + ", and " + kScratch + " is not there to be overwritten",
+                      remedy);
+  } else {
+    findings.lost("disk",
+                  what +
+                      ": hits of this minute are not logged, d/t/sum is overwritten in place, "
+                      "and a list or log that grows is not written",
+                  remedy);
+  }
+}
+
 // Room for a new d/t/sum beside the old, and for what a minute brings.
-void check_room(Findings& findings, const char* directory, std::uint64_t needed) {
+void check_room(Findings& findings, const std::string& directory, std::uint64_t needed) {
   struct statvfs disk {};
-  if (::statvfs(directory, &disk) != 0) return;
+  if (::statvfs(directory.c_str(), &disk) != 0) return;
   const bool root = ::geteuid() == 0;
   const std::uint64_t room =
       std::uint64_t{root ? disk.f_bfree : disk.f_bavail} * std::uint64_t{disk.f_frsize};
   const std::uint64_t files = root ? disk.f_ffree : disk.f_favail;
+  const std::string remedy(event::disk_full.remedy);
   if (room < needed) {
-    findings.as_event("disk", event::disk_full);
+    tell_full(findings, "the file system of " + directory + " is full", remedy);
   } else if (disk.f_files > 0 && files == 0) {
-    Finding finding = finding_of("disk", event::disk_full);
-    finding.text = "The file system of " + std::string(directory) +
-                   " takes no further file, though it has room (no inodes). " + finding.text;
-    finding.remedy = "remove small files from it: old hit logs, mails, sessions";
-    findings.add(finding);
+    tell_full(findings,
+              "the file system of " + directory +
+                  " takes no further file, though it has room (no inodes)",
+              "remove small files from it: old hit logs, mails, sessions");
   } else if (room < needed * 20 + (std::uint64_t{1} << 20)) {
     findings.off("disk", "only " + std::to_string(room >> 10) + " KiB are left for " + directory,
-                 std::string(event::disk_full.remedy));
+                 remedy);
   }
 }
 
