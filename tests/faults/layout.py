@@ -5,6 +5,7 @@ The clock is a small library preloaded into the program only (preload.cpp, compi
 starts). It leaves the times of files alone and nothing behind when a run is killed.
 """
 import calendar
+import collections
 import os
 import re
 import shutil
@@ -196,6 +197,43 @@ def run(program, site, clock, zone='UTC', tracer=(), **more):
                               timeout=PATIENCE).returncode
     except subprocess.TimeoutExpired:
         return None
+
+
+# What a full disk can fail.
+WRITES = ('write', 'pwrite64')
+FULL = WRITES + ('ftruncate', 'fallocate', 'fsync', 'rename')
+
+Call = collections.namedtuple('Call', 'name nth path writing text late')
+
+
+def calls_of(trace):
+    """The system calls of a traced run behind the loader's, each with its number among those of its
+    name, the file it is about, and whether it has to do with writing that file."""
+    calls, counts, started, late, writable = [], collections.Counter(), False, False, {}
+    for line in trace:
+        found = re.match(r'(\w+)\((.*)', line)
+        if not found:
+            continue
+        name, text = found.groups()
+        counts[name] += 1
+        started = started or name == 'fcntl'
+        if not started:
+            continue
+        if not re.match(r'\d+<', text):
+            path = re.search(r'"([^"]*)"', text)
+            path = path.group(1) if path else ''
+        else:
+            path = re.match(r'\d+<([^>]*)>', text)
+            path = path.group(1) if path else ''
+        path = re.sub(r'^.*?/site/', '', path)
+        path = re.sub(r'\.new[.\d]+$', '.new', path)
+        if name == 'openat':
+            writable[path] = 'O_RDWR' in text or 'O_WRONLY' in text
+        writing = name in FULL or (name in ('openat', 'close') and writable.get(path, False))
+        # Behind the outgoing list: what is read there a second time is about to be stored.
+        late = late or path == 'd/out.lst.new'
+        calls.append(Call(name, counts[name], path, writing, text[:70], late))
+    return calls
 
 
 def injector(*faults):
