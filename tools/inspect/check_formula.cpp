@@ -13,30 +13,6 @@ namespace {
 
 constexpr const char* kModifiers = "d/out.mod";
 
-std::string meaning_of(const ExpressionError& error, const std::string& put_in) {
-  const std::string here = quote(std::string_view(put_in).substr(error.offset, 12));
-  switch (error.kind) {
-    case ExpressionError::bad_character:
-      return here +
-             " begins with a character no formula is made of; what stands behind is not read";
-    case ExpressionError::value_expected:
-      return error.offset < put_in.size()
-                 ? "a number, a name or \"(\" is expected where " + here + " stands; 1 is taken"
-                 : "the formula breaks off where a number, a name or \"(\" is expected; 1 is taken";
-    case ExpressionError::parenthesis_expected:
-      return "a \")\" is missing: all since its \"(\" counts as 1";
-    case ExpressionError::division_by_zero:
-      return "division by zero: the whole product counts as 1";
-    case ExpressionError::nested_too_deep:
-      return "nested too deep: 1 is taken";
-    case ExpressionError::broken_number:
-      return here + " is no number; what stands behind is not read";
-    case ExpressionError::unknown_name:
-      return here + " is none of the 33 counters and was never set: 0 is taken";
-  }
-  return {};
-}
-
 // One place of the formula and one kind of error: for how many trades, and the first of them.
 struct Trouble {
   NameList trades;
@@ -67,6 +43,30 @@ Troubles troubles_of(const Forecast& forecast) {
 
 }  // namespace
 
+std::string error_words(const ExpressionError& error, const std::string& put_in) {
+  const std::string here = quote(std::string_view(put_in).substr(error.offset, 12));
+  switch (error.kind) {
+    case ExpressionError::bad_character:
+      return here +
+             " begins with a character no formula is made of; what stands behind is not read";
+    case ExpressionError::value_expected:
+      return error.offset < put_in.size()
+                 ? "a number, a name or \"(\" is expected where " + here + " stands; 1 is taken"
+                 : "the formula breaks off where a number, a name or \"(\" is expected; 1 is taken";
+    case ExpressionError::parenthesis_expected:
+      return "a \")\" is missing: all since its \"(\" counts as 1";
+    case ExpressionError::division_by_zero:
+      return "division by zero: the whole product counts as 1";
+    case ExpressionError::nested_too_deep:
+      return "nested too deep: 1 is taken";
+    case ExpressionError::broken_number:
+      return here + " is no number; what stands behind is not read";
+    case ExpressionError::unknown_name:
+      return here + " is none of the 33 counters and was never set: 0 is taken";
+  }
+  return {};
+}
+
 void check_formula(Findings& findings, const Forecast& forecast) {
   const OutMod& modifiers = forecast.run.out.modifiers;
   if (!modifiers.uses_formula()) return;
@@ -84,7 +84,7 @@ void check_formula(Findings& findings, const Forecast& forecast) {
     const bool all = trouble.trades.count() >= forecast.unranked.size() / 2;
     findings.add({Severity::off, Question::list, kModifiers,
                   "field 9, character " + std::to_string(place.first + 1) + ": " +
-                      meaning_of(trouble.error, put_in) + ", for " +
+                      error_words(trouble.error, put_in) + ", for " +
                       (all ? counted(trouble.trades.count(), "trade") : trouble.trades.text()) +
                       (trouble.error.kind == ExpressionError::division_by_zero
                            ? "; with its numbers " + quote(put_in)

@@ -1,14 +1,13 @@
 #include <algorithm>
 #include <cmath>
-#include <ctime>
 #include <map>
 #include <string>
 #include <vector>
 
 #include "base/clock.h"
-#include "base/numbers.h"
 #include "base/text.h"
 #include "checks.h"
+#include "daily.h"
 #include "history/history_file.h"
 #include "places.h"
 #include "site.h"
@@ -20,19 +19,9 @@ constexpr const char* kDirectory = "d/h";
 
 // Days since some day long ago; nothing for a text that is no date.
 std::optional<int> day_of(std::string_view date) {
-  if (date.size() != 8 || !std::all_of(date.begin(), date.end(), is_digit)) return std::nullopt;
-  std::tm parts{};
-  parts.tm_year = to_int(date.substr(0, 4)) - 1900;
-  parts.tm_mon = to_int(date.substr(4, 2)) - 1;
-  parts.tm_mday = to_int(date.substr(6, 2));
-  parts.tm_hour = 12;
-  parts.tm_isdst = -1;
-  const std::tm said = parts;
-  const std::time_t noon = std::mktime(&parts);
-  if (noon == -1 || parts.tm_mday != said.tm_mday || parts.tm_mon != said.tm_mon) {
-    return std::nullopt;
-  }
-  return static_cast<int>(std::floor(static_cast<double>(noon) / 86400.0));
+  const auto noon = noon_of(date);
+  if (!noon) return std::nullopt;
+  return static_cast<int>(std::floor(static_cast<double>(*noon) / 86400.0));
 }
 
 // What is wrong with the last week of a file: text to the files that have it.

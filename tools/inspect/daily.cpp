@@ -21,19 +21,6 @@ constexpr std::size_t kLastValue = 20;
 
 constexpr int kDayEnds = 23 * 60 + 59;  // minute of the day that records it
 
-// Noon of the day "20261116", nothing when that is no day.
-std::optional<std::time_t> day_of(std::string_view date) {
-  if (date.size() != 8 || !std::all_of(date.begin(), date.end(), is_digit)) return std::nullopt;
-  std::tm parts{};
-  parts.tm_year = to_int(date.substr(0, 4)) - 1900;
-  parts.tm_mon = to_int(date.substr(4, 2)) - 1;
-  parts.tm_mday = to_int(date.substr(6, 2));
-  parts.tm_hour = 12;
-  parts.tm_isdst = -1;
-  const std::time_t noon = std::mktime(&parts);
-  return format_time("%Y%m%d", noon) == date ? std::optional(noon) : std::nullopt;
-}
-
 struct Record {
   std::time_t noon = 0;
   bool late = false;
@@ -70,7 +57,7 @@ std::vector<Record> read_records(const char* path, std::time_t now, std::size_t&
   std::string_view piece;
   for (std::size_t place = 0; pieces.next(piece); place = (place + 1) % kPieces) {
     if (place == 1) {
-      noon = day_of(piece);
+      noon = noon_of(piece);
       record = {noon.value_or(0), false, {}, {}};
       if (!noon) ++unreadable;
     }
@@ -86,6 +73,18 @@ std::vector<Record> read_records(const char* path, std::time_t now, std::size_t&
 }
 
 }  // namespace
+
+std::optional<std::time_t> noon_of(std::string_view date) {
+  if (date.size() != 8 || !std::all_of(date.begin(), date.end(), is_digit)) return std::nullopt;
+  std::tm parts{};
+  parts.tm_year = to_int(date.substr(0, 4)) - 1900;
+  parts.tm_mon = to_int(date.substr(4, 2)) - 1;
+  parts.tm_mday = to_int(date.substr(6, 2));
+  parts.tm_hour = 12;
+  parts.tm_isdst = -1;
+  const std::time_t noon = std::mktime(&parts);
+  return format_time("%Y%m%d", noon) == date ? std::optional(noon) : std::nullopt;
+}
 
 std::string date_text(std::time_t moment, int days_before) {
   std::tm day = local_time(moment);

@@ -5,6 +5,7 @@
 #include <ctime>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "sums.h"
@@ -33,6 +34,9 @@ inline constexpr std::size_t kMostDays = 400;
 // not happen, one shortly after midnight makes up for it and dates the record with its own day:
 // such a record is the first of two of one date, or is dated today while today is not over.
 [[nodiscard]] DailyTotals read_daily_totals(std::time_t now);
+
+// Noon of the day "20261116", nothing when that is no day.
+[[nodiscard]] std::optional<std::time_t> noon_of(std::string_view date);
 
 // "2026-11-16", so many days before the local day of the moment.
 [[nodiscard]] std::string date_text(std::time_t moment, int days_before = 0);

@@ -1,7 +1,7 @@
-#include <algorithm>
 #include <iostream>
 
 #include "base/text.h"
+#include "check_formula.h"
 #include "preview.h"
 #include "site.h"
 #include "story.h"
@@ -111,34 +111,12 @@ Json builtin_steps(const Story& story) {
       check_step(steps.check, story), step(number(steps.score), lift_text(steps.lift))};
 }
 
-const char* error_text(ExpressionError::Kind kind) {
-  switch (kind) {
-    case ExpressionError::bad_character:
-      return "no part of a formula: the rest is ignored";
-    case ExpressionError::value_expected:
-      return "a number, a name or \"(\" is missing here: 1 is taken";
-    case ExpressionError::parenthesis_expected:
-      return "\")\" is missing here: 1 is taken for the parenthesis";
-    case ExpressionError::division_by_zero:
-      return "division by zero: 1 is taken for the whole product";
-    case ExpressionError::nested_too_deep:
-      return "nested too deep: 1 is taken";
-    case ExpressionError::broken_number:
-      return "a number that breaks off or is too large: the rest is ignored";
-    case ExpressionError::unknown_name:
-      return "a name that was never set: 0";
-  }
-  return "";
-}
-
 Json error_steps(const Story& story) {
   Json errors = Json::array();
   for (const Forecast::FormulaError& found : story.forecast.formula_errors) {
     if (found.position != story.position) continue;
-    const std::string& text = story.steps.formula.text;
-    const std::string rest = text.substr(std::min(found.error.offset, text.size()), 20);
     errors.push_back(step(found.error.offset,
-                          "characters in, at \"" + rest + "\": " + error_text(found.error.kind)));
+                          "characters in: " + error_words(found.error, story.steps.formula.text)));
   }
   return errors;
 }
