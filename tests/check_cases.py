@@ -6,7 +6,8 @@
 A case: exit status of check, what a finding says, the damage, and what must hold after a run at the
 same moment. A run reaches its end (the companion scripts leave "ended") unless the status is 2. With
 words only the cases that have one of them in their line. Takes a C++ compiler; started as root it
-becomes "nobody", so that permissions count. The damages and claims are shell commands in the site.
+lays out some more cases, each on a file system of its own, and then becomes "nobody", so that
+permissions count. The damages and claims are shell commands in the site.
 """
 import os
 import shutil
@@ -76,6 +77,7 @@ CASES = [
     (2, 'd/set', 'rm d/set', 'said d/set'),
     (2, 'd/set', 'sed -i 6d d/set', 'said "d/set is corrupt"'),
     (2, 'd/set', 'echo >>d/set', 'said "d/set is corrupt"'),
+    (1, 'd/out.set', 'sed -i "1s/|[0-9]*|/|0|/" d/out.set', '! weights | grep -q " 1500$"'),
     (2, 'd/out.set', 'rm d/out.set', 'said d/out.set'),
     (2, 'd/out.mod', 'rm d/out.mod', 'said d/out.mod'),
     (2, 'd/nm/track', 'rm d/nm/track', 'silent'),
@@ -253,13 +255,40 @@ def model(work):
     return site
 
 
-def judge(case, site, env):
+# The same for what only root can lay out; the run is that of "nobody", a start at second 0.
+ROOT_CASES = [
+    (2, 'l/hdd.check', 'rm l/hdd.check; mount -o remount,nr_inodes=$(($(df --output=iused . | tail -1))) .', 'true'),
+    (2, 'read-only', 'mount -o remount,ro .', 'true'),
+    (2, 'nobody', 'chown -R root:root .', 'true'),
+    (2, 'd/sleep', 'echo 1 >d/sleep; touch -d "2026-11-16 12:47:00" l/sys/cron.last', 'silent'),
+]
+
+
+def as_nobody():
+    os.setgroups([])
+    os.setgid(65534)
+    os.setuid(65534)
+
+
+def judge_as_root(case, pattern, site, env):
+    """In a file system of its own, which a damage may spoil."""
+    os.mkdir(site)
+    subprocess.run(['mount', '-t', 'tmpfs', 'site', site], check=True)
+    try:
+        subprocess.run(['cp', '-a', pattern + '/.', site], check=True)
+        yield from judge(case, site, dict(env, FROZEN_CLOCK=str(NOW - 10)), ['--user', 'nobody'], as_nobody)
+    finally:
+        subprocess.run(['umount', site], check=True)
+        os.rmdir(site)
+
+
+def judge(case, site, env, options=(), become=None):
     """What is wrong with the verdict, line by line."""
     status, finding, damage, then = case
     done = shell(damage, site)
     if done.returncode != 0:
         yield 'cannot make the damage: ' + done.stderr
-    check = run([BUILD + '/vantrel-inspect', 'check'], site, env=env)
+    check = run([BUILD + '/vantrel-inspect', 'check', *options], site, env=env)
     told = [line for line in check.stdout.splitlines() if line.split(':')[0] in ('note', 'warning', 'fatal')]
     if check.returncode != status:
         yield 'status %d, not %d:\n%s%s' % (check.returncode, status, check.stdout, check.stderr)
@@ -269,7 +298,7 @@ def judge(case, site, env):
         yield 'a finding without remedy:\n' + check.stdout
     if len([line for line in told if not line.startswith('note')]) > 2:
         yield 'one cause, many findings:\n' + check.stdout
-    run([BUILD + '/vantrel-cron'], site, env=env)
+    run([BUILD + '/vantrel-cron'], site, env=env, preexec_fn=become)
     if os.path.exists(site + '/ended') != (status != 2):
         yield 'the run reached its end: %s' % os.path.exists(site + '/ended')
     if shell(then, site).returncode != 0:
@@ -282,19 +311,23 @@ def main():
     os.chmod(work, 0o755)
     subprocess.run(['c++', '-O1', '-shared', '-fPIC', '-o', work + '/clock.so', HERE + '/../bench/frozen_clock.cpp'],
                    check=True)
-    if os.getuid() == 0:
-        shutil.chown(work, 'nobody', 'nogroup')
-        os.setgroups([])
-        os.setgid(65534)
-        os.setuid(65534)
     pattern = model(work)
     for script in ('sync', 'hta', 'top'):
         os.chmod('%s/sh_%s.cgi' % (pattern, script), 0o755)
     words = sys.argv[2:]
-    cases = [case for case in CASES if not words or any(word in repr(case) for word in words)]
+    chosen = lambda cases: [case for case in cases if not words or any(word in repr(case) for word in words)]
+    cases = chosen(CASES)
     failures = 0
-    for case in cases:
-        site = work + '/site'
+    site = work + '/site'
+    if os.getuid() == 0:
+        subprocess.run(['chown', '-R', 'nobody:nogroup', work], check=True)
+        for case in chosen(ROOT_CASES):
+            cases.append(case)  # for their number
+            for wrong in judge_as_root(case, pattern, site, at_clock(work)):
+                failures += 1
+                print('FAIL %s\n  %s' % (case[2], wrong.replace('\n', '\n  ')))
+        as_nobody()
+    for case in chosen(CASES):
         subprocess.run(['cp', '-a', pattern, site], check=True)
         for wrong in judge(case, site, at_clock(work)):
             failures += 1
