@@ -5,11 +5,11 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 
 #include "base/clock.h"
 #include "base/files.h"
 #include "base/numbers.h"
+#include "base/rehearsal.h"
 #include "base/text.h"
 #include "screen.h"
 #include "store/summary.h"
@@ -23,14 +23,6 @@ std::optional<struct stat> status_of(const std::string& path) {
   struct stat status {};
   if (::stat(path.c_str(), &status) != 0) return std::nullopt;
   return status;
-}
-
-// Only the owner of a file may ask for its time of access to be left alone.
-File open_untouched(const std::string& path) {
-  const int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
-  int descriptor = ::open(path.c_str(), flags | O_NOATIME);
-  if (descriptor < 0 && errno == EPERM) descriptor = ::open(path.c_str(), flags);
-  return File(descriptor);
 }
 
 bool may(const std::string& path, int how) {
@@ -57,7 +49,7 @@ std::optional<std::string> read_tail(const std::string& path, std::size_t length
   if (!S_ISREG(status->st_mode)) {
     return may_read(path) ? std::optional<std::string>("") : std::nullopt;
   }
-  const File file = open_untouched(path);
+  const File file = open_untouched(path.c_str());
   if (!file.is_open()) return std::nullopt;
   const auto size = static_cast<std::size_t>(status->st_size);
   std::string bytes(std::min(size, length), '\0');
@@ -69,7 +61,7 @@ std::optional<std::string> read_tail(const std::string& path, std::size_t length
 
 std::optional<std::string> read_head(const std::string& path, std::size_t length) {
   if (!is_regular(path)) return std::nullopt;
-  const File file = open_untouched(path);
+  const File file = open_untouched(path.c_str());
   if (!file.is_open()) return std::nullopt;
   std::string bytes(length, '\0');
   const std::ptrdiff_t count = read_at(file, bytes.data(), bytes.size(), 0);
