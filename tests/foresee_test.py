@@ -7,7 +7,7 @@ Sites are made, one thing of each is changed, and each is brought to a minute in
 than usual. There "preview --hits --list-file" on one copy and a run on the other must give the same
 d/out.lst, byte for byte, or both none; the first copy must be as it was, and after the run "why" must
 give every trade the rank, the weights, the state and the skim that the new list has.  CASES is a
-folder of recorded sites (NAME.tar.gz with case.json and before/), which go the same way.
+folder of recorded sites (NAME.tar.gz with case.json and before/), which go that way instead.
 Takes a C++ compiler.
 """
 import glob
@@ -118,7 +118,7 @@ class Checker:
         shown = self.start(copy, moment, zone, 'vantrel-inspect', 'preview', '--hits', '--list-file', foreseen)
         stories = self.start(copy, moment, zone, 'vantrel-inspect', 'why', '--all', '--hits', '--json')
         self.expect(tree(copy) == before, f'{what}: looking changed the site')
-        self.start(site, moment, zone, 'vantrel-cron')
+        self.expect(self.start(site, moment, zone, 'vantrel-cron').returncode == 0, f'{what}: the run')
         if not os.path.exists(written):
             self.ends += 1
             self.expect(shown.returncode == 2 and stories.returncode == 1 and not os.path.exists(foreseen),
@@ -186,9 +186,10 @@ def recorded_sites(checker, folder):
 def main():
     with tempfile.TemporaryDirectory() as work:
         checker = Checker(work)
-        made_sites(checker)
         if len(sys.argv) > 2:
             recorded_sites(checker, sys.argv[2])
+        else:
+            made_sites(checker)
         if checker.lists == 0 or checker.ends == 0:
             checker.expect(False, 'no list, or no run that ends early, was seen')
         print(f'{checker.lists} lists and {checker.ends} early ends foreseen')
