@@ -102,6 +102,18 @@ TEST(Scoring, BuiltIn) {
     const ScoreArgs args{c.last60, c.last24, none, c.mode, c.caps, modifiers};
     EXPECT_DOUBLE_EQ(builtin_score(args).score, c.score) << &c - cases;
   }
+
+  // Two trades of one score stay in the order of the index, on any machine: with multiplications
+  // fused into additions the second would get ahead by the last bits.
+  const auto paid = [](int sent, int got, int clicked) {
+    return counters({{rti, sent}, {rto, got}, {rtc, clicked}});
+  };
+  const TrafficCounters equal[][3] = {{paid(1, 2, 4), paid(4, 9, 4), paid(9, 9, 9)},
+                                      {paid(3, 9, 9), paid(1, 6, 7), paid(2, 5, 8)}};
+  const OutMod weights({"100", "100", "100", "3", "2", "1", "0", "", "0", ""});
+  for (const auto& [hour, of_day, week] : equal) {
+    EXPECT_EQ(builtin_score({hour, of_day, week, 5, {}, weights}).score, 0x1.9671c71c71c73p+7);
+  }
 }
 
 TEST(Scoring, Formula) {

@@ -5,18 +5,16 @@
 // form is checked and its digits become a number sixteen bytes at a time, with nothing to search.
 #pragma once
 
-#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <string>
 #include <string_view>
 
+#include "base/machine.h"
 #include "base/text.h"
 #include "base/vectors.h"
 
 namespace vantrel {
-
-static_assert(std::endian::native == std::endian::little, "the first digit is in the lowest byte");
 
 // What sixteen bytes must be: ten digits at most, and what stands around them.
 class NumberShape {

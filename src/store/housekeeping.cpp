@@ -76,8 +76,11 @@ void prune_backups() {
     const std::int32_t age = age_of(path);
     backups.push_back({std::move(path), age});
   }
-  std::stable_sort(backups.begin(), backups.end(),
-                   [](const Backup& a, const Backup& b) { return a.age < b.age; });
+  // In a site that was copied without its times all are of one age, and a folder is listed in
+  // another order on every file system: then the names say which are newer.
+  std::sort(backups.begin(), backups.end(), [](const Backup& a, const Backup& b) {
+    return a.age != b.age ? a.age < b.age : a.path > b.path;
+  });
   for (std::size_t i = kBackupsKept; i < backups.size(); ++i) {
     std::remove(backups[i].path.c_str());
   }

@@ -6,13 +6,12 @@
 #pragma once
 
 #include <array>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 
-namespace vantrel {
+#include "base/machine.h"
 
-static_assert(std::endian::native == std::endian::little, "records are read and written as bytes");
+namespace vantrel {
 
 inline constexpr std::size_t kHoursPerDay = 24;
 
