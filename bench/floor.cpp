@@ -62,12 +62,12 @@ std::uint64_t count_bars_in_lanes(const char* text, std::size_t size) {
     std::size_t rounds = 0;
     for (; rounds < kMostRounds && size >= kLanes; ++rounds, text += kLanes, size -= kLanes) {
       for (std::size_t i = 0; i < kLanes; ++i) {
-        lanes[i] = static_cast<std::uint8_t>(lanes[i] + (text[i] == '|'));
+        lanes[i] = static_cast<std::uint8_t>(lanes[i] + (text[i] == '|' ? 1 : 0));
       }
     }
     for (const std::uint8_t lane : lanes) bars += lane;
   }
-  for (; size > 0; --size) bars += *text++ == '|';
+  for (; size > 0; --size) bars += *text++ == '|' ? 1 : 0;
   return bars;
 }
 
@@ -81,7 +81,7 @@ std::uint64_t count_bars_of_file(const char* path) {
   const int file = ::open(path, O_RDONLY | O_CLOEXEC);
   if (file < 0) return 0;
   std::uint64_t bars = 0;
-  ssize_t count;
+  ssize_t count = 0;
   do {
     count = ::read(file, chunk, kChunk);
     if (count > 0) bars += count_bars(chunk, static_cast<std::size_t>(count));
@@ -126,7 +126,7 @@ std::uint64_t read_logs(std::time_t now, int minutes) {
 }
 
 std::string statistics_path(const char* record) {
-  std::int32_t id;
+  std::int32_t id = 0;
   std::memcpy(&id, record, sizeof id);
   return "d/t/" + std::to_string(id);
 }

@@ -39,7 +39,6 @@ int main(int argc, char** argv) {
   const auto wall = std::chrono::duration_cast<std::chrono::microseconds>(
       std::chrono::steady_clock::now() - start);
   std::printf("%ld %ld %ld %ld\n", microseconds(usage.ru_utime) + microseconds(usage.ru_stime),
-              static_cast<long>(wall.count()), usage.ru_maxrss,
-              usage.ru_minflt + usage.ru_majflt);
+              static_cast<long>(wall.count()), usage.ru_maxrss, usage.ru_minflt + usage.ru_majflt);
   return 0;
 }

@@ -18,7 +18,7 @@ namespace {
 constexpr mode_t kNewFileMode = 0666;  // cut by the umask, as for any file
 
 File open_file(const char* path, int flags) {
-  int descriptor;
+  int descriptor = -1;
   do {
     descriptor = ::open(path, flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, kNewFileMode);
   } while (descriptor < 0 && errno == EINTR);

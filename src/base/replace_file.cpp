@@ -25,7 +25,7 @@ constexpr std::string_view kNew = ".new";
 // The file behind a symbolic link, so that it is replaced and not the link to it. A link that
 // cannot be trusted is not followed.
 std::string resolved(const char* path) {
-  char first;
+  char first = '\0';
   if (::readlink(path, &first, 1) < 0 || !is_trusted_link(path)) return path;
   const std::unique_ptr<char, void (*)(void*)> real(::realpath(path, nullptr), std::free);
   return real ? real.get() : path;

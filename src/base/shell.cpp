@@ -9,7 +9,7 @@
 namespace vantrel {
 namespace {
 
-void do_nothing(int) {}
+void do_nothing(int /*signal*/) {}
 
 }  // namespace
 

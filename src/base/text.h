@@ -28,7 +28,7 @@ class Pieces {
     constexpr std::uint64_t kOnes = 0x0101010101010101u;
     if (static_cast<std::size_t>(end_ - next_) < kInWords) return next_by_call(piece);
     for (std::size_t i = 0; i < kInWords; i += sizeof(std::uint64_t)) {
-      std::uint64_t word;
+      std::uint64_t word = 0;
       std::memcpy(&word, next_ + i, sizeof word);
       word ^= kOnes * static_cast<unsigned char>(separator_);
       const std::uint64_t zeros = (word - kOnes) & ~word & (kOnes << 7);

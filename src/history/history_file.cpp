@@ -21,7 +21,7 @@ std::uint64_t count_bars(std::string_view text) {
   for (; static_cast<std::size_t>(end - next) >= kCountedAtOnce; next += kCountedAtOnce) {
     std::uint8_t in_block = 0;
     for (std::size_t i = 0; i < kCountedAtOnce; ++i) {
-      in_block = static_cast<std::uint8_t>(in_block + (next[i] == '|'));
+      in_block = static_cast<std::uint8_t>(in_block + (next[i] == '|' ? 1 : 0));
     }
     bars += in_block;
   }

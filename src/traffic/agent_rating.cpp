@@ -21,6 +21,7 @@ bool occurs_in(std::string_view fragment, std::string_view agent) {
 
 std::vector<AgentFragment> fragments_of(const std::vector<std::string_view>& texts) {
   std::vector<AgentFragment> fragments;
+  fragments.reserve(texts.size());
   for (const std::string_view text : texts) {
     fragments.push_back(
         {text, text.size() < 2 ? BytePairs::kAlways : pair_number(text[0], text[1])});

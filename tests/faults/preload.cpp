@@ -16,10 +16,10 @@ long setting(const char* name) {
 }
 
 const long frozen_clock = setting("FROZEN_CLOCK");
-const long short_write = setting("SHORT_WRITE");  // -1: all; n: the n-th, and none after it
-const long no_memory = setting("NO_MEMORY");      // the n-th allocation; -n: all from there on
+const long short_write = setting("SHORT_WRITE");       // -1: all; n: the n-th, and none after it
+const long no_memory = setting("NO_MEMORY");           // the n-th allocation; -n: all from there on
 const char* const count_to = std::getenv("COUNT_TO");  // a file for the number of allocations
-const int alone = unsetenv("LD_PRELOAD");         // NOLINT: for its effect
+const int alone = unsetenv("LD_PRELOAD");              // NOLINT: for its effect
 bool counting = false;
 long writes = 0;
 long allocations = 0;

@@ -41,7 +41,7 @@ void check_mailer(Findings& findings, const AlertFields& fields) {
                      "; an alert counts as sent all the same and is lost without a line",
                  "check the path of the mail program in the alert settings");
   } else if (const auto odd = mailer.find_first_of("|&;<>()$`\\\"'*?[]#~{}\n");
-             odd != mailer.npos) {
+             odd != std::string_view::npos) {
     findings.off(kAlerts,
                  "the shell that starts the mail program gives " + quote(mailer.substr(odd)) +
                      " a meaning of its own",
@@ -50,7 +50,8 @@ void check_mailer(Findings& findings, const AlertFields& fields) {
 }
 
 void check_thresholds(Findings& findings, const AlertFields& fields) {
-  NameList never, odd;
+  NameList never;
+  NameList odd;
   std::size_t left = 0;
   std::size_t sent = 0;
   for (const AlertKind& kind : alert_kinds()) {

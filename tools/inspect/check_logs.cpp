@@ -129,7 +129,8 @@ void check_leftovers(Findings& findings, const std::string& directory, const Log
 // What a run now would read and what it could not.
 void check_readable(Findings& findings, const std::string& directory, const Logs& logs) {
   const std::string oldest = name_of(wall_clock() - kHour);
-  NameList unreadable, no_files;
+  NameList unreadable;
+  NameList no_files;
   for (auto name = std::lower_bound(logs.names.begin(), logs.names.end(), oldest);
        name != logs.names.end(); ++name) {
     const std::string path = directory + "/" + *name;

@@ -90,7 +90,7 @@ void check_weights(Findings& findings, bool generated) {
     } else if (weight <= 0) {
       complaints.about(entry.weight, which + quote(entry.weight) + " is not above 0");
     }
-    usable += weight > 0;
+    if (weight > 0) ++usable;
     if (count > 0 && !entry.name.starts_with('\n') && !entry.name.starts_with('\r')) {
       complaints.about(entry.name, quote(entry.name) +
                                        " stands where a line begins: a piece was lost or added, "
@@ -110,7 +110,7 @@ void check_weights(Findings& findings, bool generated) {
 
 void complain_of_cap(Complaints& complaints, const CapPieces& cap,
                      const std::set<std::int32_t>& ids) {
-  if (!is_whole_int(cap.id) || ids.count(to_int(cap.id)) == 0) {
+  if (!is_whole_int(cap.id) || !ids.contains(to_int(cap.id))) {
     complaints.about(cap.id, "there is no trade with the id " + quote(cap.id));
   }
   if (cap.kind != "1" && cap.kind != "2" && cap.kind != "3") {

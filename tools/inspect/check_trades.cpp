@@ -61,8 +61,8 @@ const Setting kSettings[] = {
      }},
     {"a boost needs its threshold and both percentages above 0 to work",
      [](const TradeRecord& t) {
-       const int set = (t.param_832 > 0) + (t.param_836 > 0) + (t.param_840 > 0);
-       return set == 0 || set == 3;
+       const bool set = t.param_832 > 0;
+       return (t.param_836 > 0) == set && (t.param_840 > 0) == set;
      },
      [](const TradeRecord& t) { return t.param_832; }},
 };

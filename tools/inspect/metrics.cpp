@@ -139,7 +139,7 @@ constexpr Family kFamilies[] = {
 }  // namespace
 
 Json metrics_view(std::vector<std::string> directories, bool trades) {
-  if (directories.empty()) directories.push_back(".");
+  if (directories.empty()) directories.emplace_back(".");
   Json view;
   view["trades"] = trades;
   view["sites"] = look_at_sites(directories, trades ? Detail::trades : Detail::site);

@@ -83,7 +83,7 @@ std::string coloured(Colour colour, const std::string& text) {
 std::string bar(double share, std::size_t width) {
   if (!has_bars() || !(share > 0)) return {};
   const double places = std::min(share, 1.0) * static_cast<double>(width);
-  return std::string(std::max<std::size_t>(1, static_cast<std::size_t>(places + 0.5)), '#');
+  return std::string(std::max<std::size_t>(1, static_cast<std::size_t>(std::lround(places))), '#');
 }
 
 std::string shortened(const std::string& text, std::size_t width) {

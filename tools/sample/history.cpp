@@ -63,7 +63,7 @@ void HistoryWriter::write_totals() {
 }
 
 void HistoryWriter::add_to_totals(Totals& totals, std::size_t position,
-                                  const TrafficCounters& counters) const {
+                                  const TrafficCounters& counters) {
   add(totals.all, counters);
   if (position >= kReservedCount) add(totals.trades, counters);
   if (position == 1) totals.gallery_out = counters[slot::out];

@@ -31,7 +31,7 @@ class HistoryWriter {
     std::int32_t listed_in = 0;
   };
 
-  void add_to_totals(Totals& totals, std::size_t position, const TrafficCounters& counters) const;
+  static void add_to_totals(Totals& totals, std::size_t position, const TrafficCounters& counters);
   [[nodiscard]] std::string total_record(std::size_t day, bool of_trades) const;
   void write_history_file(const std::string& name, const std::string& text) const;
 
