@@ -226,7 +226,7 @@ all_views() {
   true
 }
 exec 3>&1
-for seed in $(seq 20); do
+for seed in $(seq 10); do
   fresh
   python3 - "$site" "$seed" <<'PYTHON'
 import os, random, shutil, sys

@@ -178,6 +178,20 @@ TEST(Planning, BoostRankingAndGeneratedWeights) {
   EXPECT_EQ(generate_out_set(170, false)[0], 2147483647);
 }
 
+// Of the last group nothing counts until it is whole; -1 and unknown kinds never do.
+TEST_F(SiteFixture, CapsAreReadInGroupsOfFour) {
+  const std::string groups = "x|57|1|5|\n|12|2|7|\n|57|3|-1|\n|57|4|8|\n|57|1|6|\n|57|2";
+  for (const auto& [end, ctt] : {std::pair{"", -1}, {"|", -1}, {"|9", 9}, {"|9|", 9}}) {
+    put("d/caps", groups + end);
+    OutSettings settings;
+    ASSERT_TRUE(load_out_settings(settings, 15));
+    const TradeCap alpha = caps_of(settings.caps, kAlpha);
+    const TradeCap beta = caps_of(settings.caps, kBeta);
+    EXPECT_EQ(std::tuple(alpha.cap_cef, alpha.cap_ctt, alpha.cap_out), std::tuple(6, ctt, -1));
+    EXPECT_EQ(std::tuple(beta.cap_cef, beta.cap_ctt, beta.cap_out), std::tuple(-1, 7, -1));
+  }
+}
+
 // Entry 10 ranks first with score 900 and takes the first weight; entry 9 takes the other one but
 // is never listed, so gamma, at position 2 of 15, has the second weight (15 - 2)² = 169. Delta
 // sends too little. Alpha, with score 100, stands at position 4: admitted it has (15 - 4)² = 121.
@@ -220,9 +234,9 @@ TEST_F(SiteFixture, TheOutgoingListShowsQuotasGuaranteesForcedListingAndSkim) {
     });
     change_trade(3, [](TradeRecord& trade) { trade.param_844 = 33; });
     change_trade(6, [](TradeRecord& trade) { trade.param_844 = 66; });
-    set_windows(
-        kAlpha,
-        {counters({{out, c.sent}}), counters({{uin, c.unique}, {rin, c.raw}, {clk, 100}}), {}});
+    set_windows(kAlpha, {counters({{out, c.sent}, {rin, 60}, {uin, 60}, {clk, 60}, {rto, 60}}),
+                         counters({{uin, c.unique}, {rin, c.raw}, {clk, 100}}),
+                         {}});
     set_windows(10, {{}, counters({{uin, 50}, {rin, 50}, {clk, 900}}), {}});
     set_windows(9, {{}, counters({{uin, 50}, {rin, 50}, {clk, 850}}), {}});
     set_windows(kGamma, {{}, counters({{uin, 50}, {rin, 50}, {clk, 800}}), {}});

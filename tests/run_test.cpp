@@ -1,6 +1,16 @@
 // The run from start to end: guards, early ends, events, the end-of-run check.
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <csignal>
+#include <set>
+
+#include "base/files.h"
+#include "base/replace_file.h"
+#include "base/text.h"
 #include "run/error_page.h"
 #include "run/event_log.h"
+#include "run/events.h"
 #include "site_fixture.h"
 
 namespace vantrel {
@@ -38,6 +48,29 @@ class RunTest : public SiteFixture {
     for (const auto& [name, left] : marks) text += left ? name : "";
     return text;
   }
+
+  // The table of events has its rows in the order in which a run meets what they tell.
+  void expect_rows_in_order(const std::string& events) {
+    const auto table = all_events();
+    Pieces lines = lines_of(events);
+    for (std::string_view line; lines.next(line);) {
+      // How much of the line a row's text says, up to what the run fills in.
+      const auto told = [&line](const Event* event) {
+        const std::string text = std::string(event->code) + " " + std::string(event->subject) +
+                                 " " + std::string(event->level);
+        const std::size_t open = std::min(text.find('<'), text.size());
+        const bool fits = line.starts_with(text.substr(0, open)) &&
+                          line.ends_with(text.substr(text.find('>') + 1));
+        return fits ? open : 0;
+      };
+      const auto row = std::ranges::max_element(table, {}, told);
+      if (!rows_met_.insert(row - table.begin()).second) continue;
+      EXPECT_EQ(*rows_met_.rbegin(), row - table.begin()) << line;
+    }
+  }
+
+ private:
+  std::set<std::ptrdiff_t> rows_met_;
 };
 
 TEST_F(RunTest, AnEarlyEndLeavesWhatItsPhasesWroteAndOneEvent) {
@@ -55,8 +88,8 @@ TEST_F(RunTest, AnEarlyEndLeavesWhatItsPhasesWroteAndOneEvent) {
       {"echo '  30 ' >d/sleep", "", "", ""},
       {"echo 10 >d/sleep", "", all, ""},
       {"mkdir l/hdd.check", hdd + "(write test) 1\n", "", ""},
-      {"ln -s /dev/full l/hdd.check", hdd + "(disk full?) 1\n", "", ""},
       {"touch l/hdd.check; chmod 222 l/hdd.check", hdd + "(read test) 1\n", "", ""},
+      {"ln -s /dev/full l/hdd.check", hdd + "(disk full?) 1\n", "", ""},
       {"touch -d '2026-11-16 13:00:59' l/sys/cron.last", "", "disk ", ""},
       {"touch -d '2026-11-16 12:59:59' l/sys/cron.last", "", all, ""},
       {"rm d/t/index; rm d/h/*", "1 d/t/index 1\n", "disk ", ""},
@@ -89,6 +122,7 @@ TEST_F(RunTest, AnEarlyEndLeavesWhatItsPhasesWroteAndOneEvent) {
     if (std::string(c.damage).find("chmod") != std::string::npos) drop_privileges();
     run_at("2026-11-16 13:00:10");
     EXPECT_EQ(events(), c.event);
+    expect_rows_in_order(c.event);
     EXPECT_EQ(fs::exists("d/t/index") ? reached() : "disk ", c.reached);
     EXPECT_NE(printed_.find(c.page), std::string::npos);
     EXPECT_EQ(printed_.empty(), c.page.empty());
@@ -110,6 +144,7 @@ TEST_F(RunTest, ReportedFaultsStandInTheLogInTheOrderOfThePhases) {
             "1 d/out.lst 0\n1 d/h/beta.his 0\n1 d/h/ga/ma.his 0\n1 d/h/all.his 0\n"
             "1 d/h/trades.his 0\n1 d/alerts 0\n10 alerts settings file is corrupt 0\n3  0\n"
             "1 l/sys/cron.run 0\n");
+  expect_rows_in_order(events());
   EXPECT_TRUE(get("l/sys/sys.log").starts_with("|202611162359|cron|1|d&#47;t&#47;jb|0||||\n"));
   EXPECT_EQ(started(), "tar zcf d/backup/26-320-23.tar.gz d/t d/gr d/h d/tpl d/css sync ");
 }
@@ -232,6 +267,24 @@ TEST_F(RunTest, TheRunHistoryIsComparedUpToFortyEntriesAndCutToTwentyAboveThirty
     EXPECT_EQ(events(), runs == 5 || runs == 38 ? "3  0\n" : "") << runs;
     EXPECT_EQ(get("l/sys/cron.run"), runs < 30 ? whole : whole.substr(whole.size() - 20 * 9));
   }
+}
+
+// Where only a part of a text finds room the rest goes as well, but for a file others append to.
+TEST_F(RunTest, AFailedAppendIsCutOffAndAPipeIsNeverReplaced) {
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+  for (const auto& [torn, size] : {std::pair{Torn::cut, 100u}, {Torn::keep, 110u}}) {
+    put("his", std::string(100, 'x'));
+    const rlimit narrow{110, before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &narrow), 0);
+    EXPECT_FALSE(append_to_file("his", std::string(20, 'y'), torn));
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+    EXPECT_EQ(get("his").size(), size);
+  }
+  sh("mkfifo pipe");
+  EXPECT_FALSE(replace_file("pipe", "text"));
+  EXPECT_TRUE(fs::is_fifo("pipe"));
 }
 
 // A program started while broken pipes are ignored would not stop when its reader does.
