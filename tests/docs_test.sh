@@ -1,8 +1,8 @@
 #!/bin/bash
-# The commands in the documents, run as they stand there: what they print must be what the documents
-# say. Takes a C++ compiler and cram (the Debian package python3-cram).
+# The commands in the documents, and those of tests/views.t, run as they stand there: what they print
+# must be what stands below them. Takes a C++ compiler and cram (the Debian package python3-cram).
 #
-#   tests/docs_test.sh BUILD_DIRECTORY
+#   tests/docs_test.sh BUILD_DIRECTORY [--update]     --update writes views.t anew from what is printed
 set -eu
 build=$(realpath "$1")
 project=$(realpath "$(dirname "$0")/..")
@@ -35,5 +35,8 @@ for document in concepts operating; do
   awk '!/^    / { plain = 0 } /^    / && !code { plain = !/^    \$ / } { code = /^    / } !plain' \
     "$project/docs/$document.md" >"$work/$document.md"
 done
+cp "$project/tests/views.t" "$work/"
 PATH=$work/bin:$project/examples:$PATH TZ=UTC \
-  cram3 --indent=4 --preserve-env --shell=/bin/bash "$work"/*.md
+  cram3 --indent=4 --preserve-env --shell=/bin/bash "$work"/*.md "$work/views.t" || {
+  [ "${2:-}" = --update ] && cp "$work/views.t.err" "$project/tests/views.t"
+}

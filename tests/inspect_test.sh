@@ -109,20 +109,11 @@ done <<'TABLE'
 --since 1m|[(1, 'd/t/21', '12:47'), (1, 'some text', '12:48'), (1, '', '')]
 --since 2026-11-17|[]
 TABLE
-expect "an event is explained" "$(value events '[(e["consequence"], bool(e["remedy"])) for e in d["events"][-3:]]')" \
-  "[('the run ended', True), ('', False), ('', False)]"
-inspect events | grep -qF '2026-11-16 12:10  d/proxy  the run went on, 3 times, last at 2026-11-16 12:12' || fail "repeats are not grouped"
-expect "sorted" "$(value 'trades --sort in24' '(lambda v: v == sorted(v, reverse=True))([t["in24"] for t in d["trades"]])')" True
 (cd "$site" && at_clock "$build/vantrel-cron")
 expect "shares" "$(value list 'round(sum(e["share_percent"] for e in d["entries"]))')" 100
-expect "name or id" "$(value 'trade 20' 'd["name"]')" "$(value "trade $(value 'trade 20' 'd["name"]')" 'd["name"]')"
 expect "windows" "$(value 'trade 20' 'd["last24"]["rin"]')" "$(value trades '[t["in24"] for t in d["trades"] if t["id"] == 20][0]')"
-expect "14 days" "$(value 'trade 20' 'len(d["days"]), len(d["hours"]), d["days"][-1]["date"]')" "14 24 2026-11-15"
 expect "totals" "$(value trades 'all(d["totals"][c] == sum(t[c] for t in d["trades"]) for c in ("in60", "out24", "left"))')" True
-expect "top" "$(value 'trades --top 2' '[t["in24"] for t in d["trades"]]')" "$(value trades 'sorted((t["in24"] for t in d["trades"]), reverse=True)[:2]')"
-expect "fresh" "$(value trades 'd["stale"]')" False
 inspect trades | awk 'length > 100 || / spare / { exit 1 }' || fail "trades: too wide, or with idle reserved entries"
-inspect trades --columns left,in24 | sed -n 2p | grep -qxE 'id +name +left +in24' || fail "the columns asked for"
 inspect trade 20 | LC_ALL=C grep -nE '[][{}_]|[0-9]{8}' | grep -v proxy_ && fail "trade: no plain words"
 touch -d '2026-11-16 12:44' "$site/d/t/sum"
 inspect trades | grep -q '4 minutes old' || fail "old data are not marked"
@@ -139,7 +130,6 @@ expect "the reserved share" "$(value site '[d["reserved"]["last24"][k] for k in 
   "$(value trades "[($reserved)(c) for c in ('in24', 'clk24', 'out24')]")"
 expect "quality and ratio" "$(value site '(d["last07"]["quality_back"], d["last07"]["out_per_in"])')" \
   "$(value site '(lambda w: (round(w["rtc"] / w["clk"], 1), round(w["out"] / w["rin"] * 100, 1)))(d["last07"])')"
-expect "hours as CSV" "$(inspect site --csv hours | tail -n +2)" "$(value site '"\n".join(",".join(str(v) for v in row.values()) for row in d["hours"])')"
 day() { printf '|%s|%s|2|3|4|5|6|7|8|9|10|11|1.5e+06|nan|-1e300|0|17|18|19|20||||||||||' "$@"; }
 { day 20261109 7; day 20261113 4294967295; day 20261114 1; day 20261114 2; day '<b>' 3; day 20261116 4; printf '|2026'; } >"$site/d/h/all.his"
 expect "days and odd records" "$(value site '[(r["date"], r["late"], r["rin"]) for r in d["days"][1:]], tuple(d["days"][0][c] for c in ("rti", "rto", "rtc")), d["week_before"]["rin"], d["yesterday"]["noref_in"], d["unreadable_days"]')" \
