@@ -40,8 +40,7 @@ window() { awk -F'|' -v id=$1 -v n=$2 '$2 == id { print $(n + 3) }' d/t/sum; }  
 mod() { sed -i "s@.*@$1@" d/out.mod; }
 '''
 
-END, STOP = 'ended', '! ended'
-OUT = r"|100|100|100|3|2|1|0||0||"
+FIRST = 'l/sys/sys.log: '  # of a finding that stands above all others
 
 # status, finding, damage, what holds after a run
 CASES = [
@@ -115,6 +114,8 @@ CASES = [
     (1, 'd/h/site20', 'rm d/h/site20*.his', 'said d/h/site20'),
     (1, 'd/h', 'chmod 555 d/h', 'silent'),
     (1, 'd/h/all.his', 'chmod 444 d/h/all.his', 'silent'),
+    (1, 'emptied since the last run', ': >$(ls d/h/site20*)', '[ $(window 20 28) = 0 ]'),
+    (1, 'is not there, though trades have days', 'rm d/h/all.his', 'silent'),
     (1, '20261110 and 20261112 missing', 'sed -i /20261111/d d/h/site20*.his', 'silent'),
     (1, '20261112 stands there twice', 'sed -i /20261112/p d/h/site20*.his', 'silent'),
     (1, 'yesterday is missing', 'sed -i /20261115/d d/h/site20*.his', 'silent'),
@@ -147,6 +148,8 @@ CASES = [
     (1, 'whole fields instead of 10', 'mod "|100|100|100|3|2|1|"', 'true'),
     (1, 'd/out.lst', 'rm -f d/out.lst; mkdir d/out.lst', 'said d/out.lst'),
     (1, 'd/out.lst', 'chmod 444 d/out.lst', 'said d/out.lst'),
+    (1, 'lists what is no trade', 'truncate -s 500 d/out.lst; poke d/out.lst 284 9999', '[ $(entries) -gt 5 ]'),
+    (1, 'has no "://"', 'poke d/t/index $((20 * 996 + 80)) 7827310', 'grep -aq www d/out.lst'),
     (1, 'is not whole', 'printf x >>d/out.lst', '[ $((($(stat -c %s d/out.lst) - 284) % 216)) = 0 ]'),
     (1, 'switched on, but empty', 'mod "|100|100|100|3|2|1|0||10||"', 'true'),
     (1, 'field 9, character 13: the formula breaks off', 'mod "|100|100|100|3|2|1|0||10|rin60*uin24+|"', 'silent'),
@@ -215,6 +218,11 @@ CASES = [
     (0, '', "echo '|202611161030|cron|1|d&#47;t&#47;20|1||||' >>l/sys/sys.log", 'true'),
     (1, '1 gap', 'sed -i /11161240/d l/sys/cron.run', 'said "|cron|3|"'),
     (1, 'no run wrote: "rubbish"', 'sed -i "5i rubbish" l/sys/cron.run', 'said "|cron|3|"'),
+    (1, '1 stamp twice or behind', 'sed -i 5p l/sys/cron.run', 'said "|cron|3|"'),
+    (1, 'stamps twice or behind', 'sed -n 1,8p l/sys/cron.run >x; sed -i "10r x" l/sys/cron.run', 'said "|cron|3|"'),
+    (1, 'its last line has no end', 'truncate -s -1 l/sys/cron.run', 'grep -q 1116124711161248 l/sys/cron.run'),
+    (2, FIRST + 'cannot be written: the run is mute', ': >l/sys/sys.log; chmod 444 l/sys/sys.log; rm d/set', 'silent'),
+    (1, '2 runs of this site at work', 'cp "$(command -v sleep)" vantrel-cron; for i in 1 2; do ./vantrel-cron 60 >x 2>&1 & echo $! >>pids; done', 'kill $(cat pids)'),
     (1, 'the run is mute', 'rm -rf l/sys/sys.log; mkdir l/sys/sys.log', 'true'),
     (1, 'the run is mute', ': >l/sys/sys.log; chmod 444 l/sys/sys.log', 'silent'),
     (1, 'no run has been let in', 'rm l/sys/cron.last', 'silent'),
@@ -309,6 +317,8 @@ def judge(case, site, env, options=(), become=None):
         yield 'status %d, not %d:\n%s%s' % (check.returncode, status, check.stdout, check.stderr)
     if finding and not any(finding in line for line in told):
         yield 'no finding %r:\n%s' % (finding, check.stdout)
+    if finding.startswith(FIRST) and finding not in told[0]:
+        yield 'another finding stands first:\n' + check.stdout
     if any(' -> ' not in line for line in told if not line.startswith('note')):
         yield 'a finding without remedy:\n' + check.stdout
     if len([line for line in told if not line.startswith('note')]) > 2:

@@ -67,13 +67,17 @@ void check_room(Findings& findings, const std::string& directory, std::uint64_t 
 void check_event_log(Findings& findings) {
   constexpr const char* kLog = "l/sys/sys.log";
   if (!may_create_or_write(kLog)) {
-    findings.refused(kLog, Need::create,
-                     finding_off(kLog,
-                                 "cannot be written: the run is mute, whatever goes wrong is "
-                                 "reported nowhere",
-                                 "give the run's user write permission on it and on l/sys/"));
+    Finding mute = finding_off(kLog,
+                               "cannot be written: the run is mute, whatever goes wrong is "
+                               "reported nowhere",
+                               "give the run's user write permission on it and on l/sys/");
+    mute.above_all = true;
+    findings.refused(kLog, Need::create, mute);
   } else if (exists(kLog) && !is_regular(kLog)) {
-    findings.off(kLog, "is no file: the run is mute, no event is kept", "put the file back");
+    Finding mute =
+        finding_off(kLog, "is no file: the run is mute, no event is kept", "put the file back");
+    mute.above_all = true;
+    findings.add(mute);
   } else if (file_size(kLog) > kLargeLog) {
     findings.off(kLog, std::to_string(file_size(kLog) >> 20) + " MiB long",
                  "have it rotated; an example comes with the program");

@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "checks.h"
 #include "daily.h"
+#include "history/history.h"
 #include "history/history_file.h"
 #include "places.h"
 #include "site.h"
@@ -58,6 +59,32 @@ void look_at(HistoryReader& reader, const std::string& path, Troubles& troubles)
   }
   if (before && yesterday && *before > *yesterday + 1) {
     troubles["the last day is " + date_before + ", which is to come"].add(path);
+  }
+}
+
+// The totals of the last run had a week of days that are not there any more.
+void check_emptied(Findings& findings, const TradeStore& store) {
+  NameList emptied;
+  bool any_days = false;
+  for (const TradeWork& work : store.works) {
+    if (work.last07.values == TrafficCounters{}.values) continue;
+    any_days = true;
+    const auto path = trade_history_path(field_text(work.name));
+    if (path && is_regular(*path) && file_size(*path) == 0) emptied.add(printable(*path));
+  }
+  if (!emptied.empty()) {
+    findings.lost(
+        kDirectory,
+        "emptied since the last run: " + emptied.text() + "; the 7-day window starts anew",
+        restore_command(kDirectory));
+  }
+  for (const char* path : {kTotalsFile, kTradeTotalsFile}) {
+    if (!any_days || exists(path)) continue;
+    findings.lost(
+        path,
+        "is not there, though trades have days: a day that is missed at 23:59 is not made "
+        "up for",
+        restore_command(kDirectory) + ", or let the run of 23:59 begin a new one");
   }
 }
 
@@ -114,6 +141,7 @@ void check_history(Findings& findings, const TradeStore& store) {
     const std::string path(total->subject);
     if (!may_create_or_write(path)) findings.refused(path, Need::create, *total);
   }
+  check_emptied(findings, store);
   check_days(findings, store);
   findings.fine(kDirectory, "every trade has its days");
 }

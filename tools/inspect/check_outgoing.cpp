@@ -163,7 +163,24 @@ void check_track(Findings& findings) {
   findings.fine(kTrack, "a number");
 }
 
-void check_list_file(Findings& findings) {
+// Entries of the present list that no trade of the index has.
+void check_entries(Findings& findings, const std::vector<OutListEntry>& entries,
+                   const TradeStore& store) {
+  if (store.trades.empty() || findings.is_off(kIndexFile)) return;
+  std::set<std::int32_t> ids;
+  for (const TradeRecord& trade : store.trades) ids.insert(trade.id);
+  NameList strangers;
+  for (const OutListEntry& entry : entries) {
+    if (ids.count(entry.id) == 0) strangers.add(quote(field_text(entry.name)));
+  }
+  if (strangers.empty()) return;
+  findings.off(kOutListFile,
+               "lists what is no trade of d/t/index: " + strangers.text() +
+                   "; visitors are sent there until the next run",
+               "let a run write it anew; if it comes back, look at what wrote to it");
+}
+
+void check_list_file(Findings& findings, const TradeStore& store) {
   if (!may_create_or_write(kOutListFile)) {
     Finding finding = finding_of(kOutListFile, event::out_list_unwritable);
     finding.question = Question::list;
@@ -181,6 +198,8 @@ void check_list_file(Findings& findings) {
     if (!whole) {
       findings.off(kOutListFile, "is not whole: visitors are sent by what is left of it",
                    "let a run write it anew, the next one does; then look at what wrote to it");
+    } else {
+      check_entries(findings, entries, store);
     }
   } else if (exists(kOutListFile) && !is_regular(kOutListFile)) {
     findings.worthless(kOutListFile, "is no file: there is no list to follow",
@@ -195,7 +214,7 @@ void check_outgoing(Findings& findings, const TradeStore& store) {
   check_weights(findings, modifiers && modifiers->generates_weights());
   check_caps(findings, store);
   check_track(findings);
-  check_list_file(findings);
+  check_list_file(findings, store);
 }
 
 }  // namespace vantrel::inspect

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <set>
 #include <string>
 
 #include "base/clock.h"
@@ -57,14 +58,17 @@ void check_coming_minutes(Findings& findings, std::string_view text) {
 void check_stamps(Findings& findings, std::string_view text) {
   RunHistory history;
   static_cast<void>(take_stamps(history, text));
-  NameList garbage, gaps;
+  NameList garbage, gaps, again;
   bool lost = false;
   std::string before;
+  std::set<std::string> seen;
   for (const std::string& stamp : history.stamps) {
     if (!is_stamp(stamp)) {
       garbage.add(quote(stamp));
       continue;
     }
+    const bool new_year = before.starts_with("12") && stamp.starts_with("01");
+    if (!seen.insert(stamp).second || (stamp < before && !new_year)) again.add(stamp);
     const double minutes = before.empty() ? 1.0 : catch_up_minutes({before, stamp});
     if (minutes > 1.0) gaps.add("before " + stamp);
     lost |= minutes >= kMostCaughtUp;
@@ -75,6 +79,19 @@ void check_stamps(Findings& findings, std::string_view text) {
                  counted(garbage.count(), "line") + " no run wrote: " + garbage.text() +
                      "; the run behind one reads a single minute of logs",
                  "take the lines out; a power cut or another program left them");
+  }
+  if (!again.empty() && !findings.is_off(kRunHistoryFile)) {  // no stamps to come either
+    findings.off(kRunHistoryFile,
+                 counted(again.count(), "stamp") + " twice or behind a later one: " + again.text() +
+                     "; as long as they are among the last 40, every run finds a gap there and "
+                     "synchronises",
+                 "the clock was set back, or a run was killed while it shortened the file in "
+                 "place: take the older lines out");
+  }
+  if (!text.empty() && !text.ends_with('\n')) {
+    findings.off(kRunHistoryFile,
+                 "its last line has no end: the next run's note becomes a part of it",
+                 "add a line feed at the end of the file");
   }
   if (gaps.empty()) return;
   findings.add({Severity::off, lost ? Question::loss : Question::none, kRunHistoryFile,

@@ -57,7 +57,7 @@ class Reader {
     Pieces lines = lines_of(text_);
     for (std::string_view line; lines.next(line);) {
       ++number_;
-      read_line(line);
+      if (!line.empty()) read_line(line);  // a run killed while it wrote in place leaves such
     }
   }
 

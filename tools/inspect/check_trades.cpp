@@ -4,6 +4,7 @@
 
 #include "base/text.h"
 #include "checks.h"
+#include "places.h"
 #include "store/trade_index.h"
 
 namespace vantrel::inspect {
@@ -67,6 +68,19 @@ const Setting kSettings[] = {
      [](const TradeRecord& t) { return t.param_832; }},
 };
 
+// The request script sends visitors to the text as it stands.
+void check_addresses(Findings& findings, const TradeStore& store) {
+  NameList wrong;
+  for (std::size_t i = reserved::kLastEntry + 1; i < store.trades.size(); ++i) {
+    const std::string_view address = field_text(store.trades[i].text_80);
+    if (address.find("://") != std::string_view::npos) continue;
+    wrong.add(printable(field_text(store.trades[i].name)) + " (" + quote(address) + ")");
+  }
+  if (wrong.empty()) return;
+  findings.off("trades", "the address visitors are sent to has no \"://\": " + wrong.text(),
+               "correct the trade in the administration");
+}
+
 }  // namespace
 
 void check_trades(Findings& findings, const TradeStore& store) {
@@ -82,6 +96,7 @@ void check_trades(Findings& findings, const TradeStore& store) {
     findings.off("trades", std::string(setting.what) + ": " + wrong.text(),
                  "correct the trade in the administration");
   }
+  check_addresses(findings, store);
 }
 
 }  // namespace vantrel::inspect

@@ -104,6 +104,7 @@ void Findings::refused(const std::string& path, Need need, Finding finding) {
     return;
   }
   Refused& refused = refused_[*cause];
+  refused.above_all |= finding.above_all;
   if (refused.paths.empty() || refused.worst.severity < finding.severity) {
     refused.worst = std::move(finding);
   }
@@ -138,11 +139,13 @@ void Findings::settle() {
       describe(refused.worst, cause, paths);
     }
     if (refused.worst.remedy.empty()) refused.worst.remedy = kOwn;
+    refused.worst.above_all = refused.above_all;
     add(std::move(refused.worst));
   }
   refused_.clear();
-  std::stable_sort(list_.begin(), list_.end(),
-                   [](const Finding& a, const Finding& b) { return a.severity > b.severity; });
+  std::stable_sort(list_.begin(), list_.end(), [](const Finding& a, const Finding& b) {
+    return std::pair(a.above_all, a.severity) > std::pair(b.above_all, b.severity);
+  });
 }
 
 int Findings::status() const {

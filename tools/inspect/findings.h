@@ -27,6 +27,7 @@ struct Finding {
   std::string remedy;
   std::string excerpt;     // a text in which one place is wrong
   std::size_t column = 0;  // that place, from 0
+  bool above_all = false;  // it hides what else may be wrong, and is told first
 };
 
 class Findings {
@@ -54,7 +55,8 @@ class Findings {
   [[nodiscard]] bool is_off(std::string_view subject) const;
   [[nodiscard]] bool answers_no(Question question) const;
 
-  // After the examination: the causes take their place, the worst come first.
+  // After the examination: the causes take their place, the worst come first, but for what is told
+  // above all.
   void settle();
   [[nodiscard]] const std::vector<Finding>& list() const { return list_; }
   // 0, 1 or 2, the exit status.
@@ -64,6 +66,7 @@ class Findings {
   struct Refused {
     std::vector<std::string> paths;
     Finding worst;
+    bool above_all = false;
   };
 
   std::vector<Finding> list_;
