@@ -255,19 +255,37 @@ bool take_room(const File& file, std::uint64_t size) {
 
 namespace {
 
-bool overwrite(File& file, std::string_view text) {
-  if (text.size() > file.size() && file.is_regular() && !take_room(file, text.size())) return false;
+bool is_version(const File& file, const FileVersion& version) {
+  struct stat status {};
+  return ::fstat(file.descriptor(), &status) == 0 && version_from(status) == version;
+}
+
+// To the length of a shorter text that was written over it, unless somebody has appended to the
+// file or cut it meanwhile.
+bool cut_rest(const File& file, std::uint64_t size) {
+  if (size >= file.size()) return true;
+  struct stat status {};
+  if (::fstat(file.descriptor(), &status) != 0) return false;
+  return static_cast<std::uint64_t>(status.st_size) != file.size() || set_size(file, size);
+}
+
+Replaced overwrite(File& file, const Replacement& by) {
   // What will be written over; the rest stays until all of the text is there. One that cannot be
   // read cannot be put back.
+  std::string text(by.text);
+  if (by.filler != '\0' && text.size() < file.size()) text.resize(file.size(), by.filler);
   std::string old(std::min<std::size_t>(text.size(), file.size()), '\0');
   old.resize(static_cast<std::size_t>(
       std::max<std::ptrdiff_t>(read_at(file, old.data(), old.size(), 0), 0)));
-  const bool written = write_at(file, text.data(), text.size(), 0) &&
-                       (text.size() >= file.size() || set_size(file, text.size()));
-  if (written) return file.close();
+  if (by.read != nullptr && !is_version(file, *by.read)) return Replaced::overtaken;
+  const bool grows = text.size() > file.size() && file.is_regular();
+  if (grows && !take_room(file, text.size())) return Replaced::failed;
+  if (write_at(file, text.data(), text.size(), 0) && cut_rest(file, by.text.size())) {
+    return file.close() ? Replaced::done : Replaced::failed;
+  }
   static_cast<void>(write_at(file, old.data(), old.size(), 0));
   static_cast<void>(set_size(file, file.size()));
-  return false;
+  return Replaced::failed;
 }
 
 }  // namespace
@@ -276,12 +294,13 @@ bool overwrite_file(const char* path, std::string_view text) {
   if (Rehearsal* tried = Rehearsal::current()) return tried->write(path, text);
   File file = open_to_overwrite(path);
   if (needs_copy(file)) return replace_file(path, text);
-  return file.is_open() && overwrite(file, text);
+  return file.is_open() && overwrite(file, {text}) == Replaced::done;
 }
 
-bool overwrite_in_place(const char* path, std::string_view text) {
+Replaced overwrite_in_place(const char* path, const Replacement& by) {
   File file = open_to_overwrite(path);
-  return file.is_open() && !file.has_other_names() && overwrite(file, text);
+  if (!file.is_open() || file.has_other_names()) return Replaced::failed;
+  return overwrite(file, by);
 }
 
 }  // namespace vantrel

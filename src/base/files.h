@@ -144,8 +144,26 @@ struct Appended {
 // read as well. Creates the file if it is missing. Not flushed to disk.
 [[nodiscard]] bool overwrite_file(const char* path, std::string_view text);
 
+// What became of a text that was to take the place of another one.
+enum class Replaced {
+  done,
+  failed,     // the old text is whole
+  overtaken,  // somebody else has stored another text since the file was read; this one is not
+              // stored
+};
+
+// What a text must know that replaces another one.
+struct Replacement {
+  std::string_view text;
+  // The version the text was made from; nullptr when it does not matter.
+  const FileVersion* read = nullptr;
+  // What fills the rest of a longer text that is overwritten, for the instant until it is cut: a
+  // byte that means nothing there. NUL: the old text stays until then.
+  char filler = '\0';
+};
+
 // The same for what cannot be replaced: fails where the file has other names or a lease is held.
-[[nodiscard]] bool overwrite_in_place(const char* path, std::string_view text);
+[[nodiscard]] Replaced overwrite_in_place(const char* path, const Replacement& by);
 
 // Takes the room that a file of that length needs, without making it longer. False when there is
 // none; true where it cannot be known.

@@ -65,12 +65,8 @@ bool no_rename_allowed(int error) {
   return error == EACCES || error == EPERM || error == EROFS || error == EBUSY || error == EXDEV;
 }
 
-// read: the version the text was made from, or nullptr when it does not matter.
-Replaced replace(const char* path, std::string_view text, Flush flush, const FileVersion* read) {
-  const auto in_place = [&] {
-    if (read != nullptr && version_of(path) != *read) return Replaced::overtaken;
-    return overwrite_in_place(path, text) ? Replaced::done : Replaced::failed;
-  };
+Replaced replace(const char* path, const Replacement& by, Flush flush) {
+  const auto in_place = [&] { return overwrite_in_place(path, by); };
   const std::string target = resolved(path);
   struct stat old {};
   if (::lstat(target.c_str(), &old) != 0 || !S_ISREG(old.st_mode)) return in_place();
@@ -79,9 +75,9 @@ Replaced replace(const char* path, std::string_view text, Flush flush, const Fil
   Beside beside(target);
   if (!beside.file().is_open()) return in_place();
   if (!take_over_attributes(target.c_str(), old, beside.file())) return in_place();
-  if (!beside.store(text, flush)) return is_no_room(errno) ? in_place() : Replaced::failed;
+  if (!beside.store(by.text, flush)) return is_no_room(errno) ? in_place() : Replaced::failed;
   // The last moment: a run that is stopped here and overtaken finds its file gone.
-  if (read != nullptr && version_of(target.c_str()) != *read) return Replaced::overtaken;
+  if (by.read != nullptr && version_of(target.c_str()) != *by.read) return Replaced::overtaken;
   if (beside.take_place_of(target)) return Replaced::done;
   if (errno == ENOENT) return Replaced::overtaken;
   return no_rename_allowed(errno) ? in_place() : Replaced::failed;
@@ -111,16 +107,16 @@ bool replace_file(const char* path, std::string_view text, Flush flush) {
   if (Rehearsal* tried = Rehearsal::current()) return tried->write(path, text);
   Replaced outcome = Replaced::overtaken;
   for (int turn = 0; turn < kMostTurns && outcome == Replaced::overtaken; ++turn) {
-    outcome = replace(path, text, flush, nullptr);
+    outcome = replace(path, {text}, flush);
   }
   return outcome == Replaced::done;
 }
 
-Replaced replace_file(const char* path, std::string_view text, const FileVersion& read) {
+Replaced replace_file(const char* path, const Replacement& by) {
   if (Rehearsal* tried = Rehearsal::current()) {
-    return tried->write(path, text) ? Replaced::done : Replaced::failed;
+    return tried->write(path, by.text) ? Replaced::done : Replaced::failed;
   }
-  return replace(path, text, Flush::yes, &read);
+  return replace(path, by, Flush::yes);
 }
 
 bool update_file(const char* path, const Change& changed) {
@@ -129,7 +125,7 @@ bool update_file(const char* path, const Change& changed) {
     if (!file.read(path)) return false;
     const std::optional<std::string> text = changed(file.text());
     if (!text) return true;
-    const Replaced outcome = replace_file(path, *text, file.version());
+    const Replaced outcome = replace_file(path, {*text, &file.version()});
     if (outcome != Replaced::overtaken) return outcome == Replaced::done;
   }
   return false;
@@ -137,7 +133,7 @@ bool update_file(const char* path, const Change& changed) {
 
 bool replace_by_copy(const char* path) {
   FileBuffer file;
-  return file.read(path) && replace_file(path, file.text(), file.version()) == Replaced::done;
+  return file.read(path) && replace_file(path, {file.text(), &file.version()}) == Replaced::done;
 }
 
 bool room_to_store(const char* path) {

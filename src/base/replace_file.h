@@ -24,22 +24,14 @@ enum class Flush {
         // writes the name before the contents
 };
 
-enum class Replaced {
-  done,
-  failed,     // the old file is whole
-  overtaken,  // somebody else has stored another text since the file was read; this one is not
-              // stored
-};
-
 // Owner, group, mode, access list and other attributes are kept, and a link to the file stays one.
 // The file is overwritten in place where no other file can take its place: the folder takes no new
 // file or no rename (a file mounted by itself), an attribute cannot be carried over and somebody
 // would lose or gain access, or the disk has no room for both files but for the new text. A kill or
 // a power cut can then leave the text half written. A file that may not be written fails.
 [[nodiscard]] bool replace_file(const char* path, std::string_view text, Flush flush = Flush::yes);
-// The same for a text that was made from what stood in the file when it was read.
-[[nodiscard]] Replaced replace_file(const char* path, std::string_view text,
-                                    const FileVersion& read);
+// The same, flushed, for a text that was made from what stood in the file when it was read.
+[[nodiscard]] Replaced replace_file(const char* path, const Replacement& by);
 
 // Reads the file, stores what `changed` makes of its text, and begins anew when somebody else has
 // stored something in between. True, with nothing stored, when `changed` gives no text.

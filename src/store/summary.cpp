@@ -47,7 +47,8 @@ bool store_summary(TradeStore& store) {
   constexpr int kMostTurns = 5;
   for (int turn = 0; turn < kMostTurns; ++turn) {
     const std::string text = encode_summary(store.works);
-    const Replaced outcome = replace_file(kSummaryFile, text, store.summary.version());
+    // Line feeds behind the last bar count for nothing; the rest of an old line would be added.
+    const Replaced outcome = replace_file(kSummaryFile, {text, &store.summary.version(), '\n'});
     if (outcome != Replaced::overtaken) return outcome == Replaced::done;
     if (!add_to_stored(store)) return replace_file(kSummaryFile, text);  // it was removed
   }

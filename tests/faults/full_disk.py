@@ -24,6 +24,7 @@ from layout import CLOCK, NAMES, SLOT
 NOBODY = 65534
 BEGIN = CLOCK - 3600  # 22:59
 ARCHIVES, KEPT = 130, 90
+STORES = {b'd/t/index', b'd/t/sum', b'd/t/11', b'd/h/all.his', b'd/tpl/page'}
 KINDS = {'reserve': ('no reserve', ['-m', '0', '-N', '8000']),
          'root': ("root's reserve", ['-m', '10', '-N', '8000']),
          'inodes': ('no inodes', ['-m', '0', '-N', '1640'])}
@@ -93,7 +94,21 @@ def slot(site, moment):
     return struct.unpack_from('<i', data, (moment // 60 - 1) % 1440 * SLOT)[0]
 
 
-def simulate(program, site, minutes):
+def archives(site):
+    """How many were made in these days, and how many of them tar reads to their end and finds the
+    stores in."""
+    made = whole = 0
+    for name in set(os.listdir(site + '/d/backup')) - {'24-134-23.tar.gz'}:  # laid out with the site
+        if name.startswith('old'):
+            continue
+        found = subprocess.run(['tar', 'tzf', '%s/d/backup/%s' % (site, name)], capture_output=True)
+        made += 1
+        whole += found.returncode == 0 and STORES <= set(found.stdout.split(b'\n'))
+    return made, whole
+
+
+def simulate(program, site, minutes, reserve):
+    """reserve: the run has room for an archive when others have none."""
     wrong, chance, full, hits = [], random.Random(1), 0, 0
     for i in range(minutes):
         moment = BEGIN + 60 * i
@@ -114,8 +129,11 @@ def simulate(program, site, minutes):
     old = sorted(name for name in now if name.startswith('d/backup/old'))
     if len(old) >= KEPT or old != ['d/backup/old%03d.tar.gz' % age for age in range(len(old))]:
         wrong.append('%d old archives are left' % len(old))
-    print('%d archives made, %d days recorded' % (sum(name.startswith('d/backup/24-13') for name in now) - 1,
-                                         now['d/h/all.his'].count(b'|202405') - 1))
+    made, whole = archives(site)
+    print('%d archives made, %d of them whole, %d days recorded' % (
+        made, whole, now['d/h/all.his'].count(b'|202405') - 1))
+    if whole < made and reserve:
+        wrong.append('%d archives are cut' % (made - whole))
     return wrong, full, hits
 
 
@@ -141,7 +159,7 @@ def main():
                 os.mkdir('%s/l/%s' % (site, name))
                 os.chmod('%s/l/%s' % (site, name), 0o777)
             fill(site, kind != 'no inodes')
-            wrong, full, hits = simulate(program, site, 120 if short else 2880)
+            wrong, full, hits = simulate(program, site, 120 if short else 2880, kind != 'no reserve')
             subprocess.run(['umount', site], check=True)
             if full == 0 or hits < 2000:
                 wrong.append('the disk was never full, or always')

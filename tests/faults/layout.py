@@ -4,6 +4,7 @@ files it leaves.
 The clock is a small library preloaded into the program only (preload.cpp, compiled when a proof
 starts). It leaves the times of files alone and nothing behind when a run is killed.
 """
+import atexit
 import calendar
 import collections
 import os
@@ -18,6 +19,7 @@ import time
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 PRELOAD = None     # the library, once compiled
+AS_USER = {}       # whose runs they are: this user's
 RECORD = 996       # a trade in d/t/index
 SLOT = 56          # a minute in d/t/<id>
 STATISTICS = 1440 * SLOT
@@ -25,6 +27,7 @@ HEADER, ENTRY = 284, 216  # of d/out.lst
 HITS_LEFT, HOURS_LEFT = 884, 896
 NAMES = ['alpha.example', 'beta.example', 'gamma.example', 'delta.example', 'epsilon.example']
 RESERVED = 11
+NOBODY = 65534
 CLOCK = calendar.timegm((2024, 5, 14, 23, 59, 5))
 PATIENCE = 30.0    # seconds a run may take before it counts as hanging
 
@@ -152,7 +155,8 @@ def lay_out(site, clock=CLOCK, zone='UTC', companions=True):
     write(site, 'l/hdd.check', '0123456789')
     for minute in range(3):
         write_logs(site, clock - 60 * minute, zone)
-    write(site, 'l/in/' + stamp(clock - 60 - 25 * 3600, '%y-%j-%H-%M', zone), 'old')
+    for minute in range(1, 5):  # those of a run that makes up for minutes are older
+        write(site, 'l/in/' + stamp(clock - 60 * minute - 25 * 3600, '%y-%j-%H-%M', zone), 'old')
     write(site, 'mailer.sh', '#!/bin/sh\ncat > mail.out\n', 0o755)
     for name in ('sh_sync.cgi', 'sh_hta.cgi', 'sh_top.cgi') if companions else ():
         write(site, name, '#!/bin/sh\necho "$0" >> companions.out\n', 0o755)
@@ -177,6 +181,35 @@ def at_work_everywhere(site, clock=CLOCK, grows=False):
         os.utime(os.path.join(site, 'd/backup/%02d' % i), (clock - i * 60, clock - i * 60))
 
 
+def bind_by_permissions(program):
+    """From now on runs are those of a user whom permissions bind; where that one finds the
+    program."""
+    global PRELOAD, AS_USER
+    if os.geteuid() != 0:
+        return program
+    copies = tempfile.mkdtemp(prefix='vantrel.')
+    atexit.register(shutil.rmtree, copies)
+    os.chmod(copies, 0o755)
+    program, PRELOAD = (shutil.copy(path, copies) for path in (program, PRELOAD))
+    AS_USER = dict(user=NOBODY, group=NOBODY, extra_groups=())
+    return program
+
+
+def take_no_new_file(site):
+    """The folders of all files that are replaced: the run must write them in place."""
+    for path in ['..', '', *tree(site)] if AS_USER else ():
+        os.chown(os.path.join(site, path), NOBODY, NOBODY)
+    for folder in ('d', 'd/t', 'l/sys'):
+        os.chmod(os.path.join(site, folder), 0o555)
+
+
+def remove(site):
+    """And the folder it is in."""
+    for folder in ('d', 'd/t', 'l/sys'):
+        os.chmod(os.path.join(site, folder), 0o755)
+    shutil.rmtree(os.path.dirname(site))
+
+
 def environment(clock, zone='UTC', **more):
     """What the program is started with. more: the settings of preload.cpp, and others."""
     return {'PATH': '/usr/bin:/bin', 'TZ': zone, 'LD_PRELOAD': PRELOAD,
@@ -194,7 +227,7 @@ def run(program, site, clock, zone='UTC', tracer=(), **more):
     try:
         return subprocess.run(command, cwd=site, env=env, stdin=subprocess.DEVNULL,
                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                              timeout=PATIENCE).returncode
+                              timeout=PATIENCE, **AS_USER).returncode
     except subprocess.TimeoutExpired:
         return None
 
@@ -256,7 +289,7 @@ class Stopped:
         self.tracer = subprocess.Popen(
             [*tracer, *(x for pair in env.items() for x in ('-E', '%s=%s' % pair)), program],
             cwd=site, env={'PATH': env['PATH']}, stdin=subprocess.DEVNULL,
-            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **AS_USER)
         while self.tracer.poll() is None and not self.is_stopped():
             time.sleep(0.002)
 
@@ -319,7 +352,9 @@ def scratch():
     """A fresh directory, in memory where there is room: the proofs copy some thousand sites."""
     room = '/dev/shm'
     fits = os.path.isdir(room) and shutil.disk_usage(room).free > 1 << 30
-    return tempfile.TemporaryDirectory(prefix='vantrel.', dir=room if fits else None)
+    folder = tempfile.TemporaryDirectory(prefix='vantrel.', dir=room if fits else None)
+    os.chmod(folder.name, 0o755)
+    return folder
 
 
 class Score:
