@@ -7,7 +7,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 . scripts/setup.sh
 
-install_packages "${build_packages[@]}" clang clang-format clang-tidy libbenchmark-dev
+install_packages "${build_packages[@]}" git clang clang-format clang-tidy
 scripts/check-layers.sh
 
 sources=("$@")
@@ -17,8 +17,8 @@ echo "${#sources[@]} sources are formatted"
 
 # The commands of a compiler that clang-tidy understands; nothing is compiled but the texts of the page.
 cmake --preset lint >/dev/null
-# Tests and fuzz targets are left out: what the macros of their libraries become is not ours.
-mapfile -t units < <(printf '%s\n' "${sources[@]}" | grep -E '^(src|tools|bench)/.*\.cpp$')
+# Tests, benchmarks and fuzz targets are left out: what the macros of their libraries become is not ours.
+mapfile -t units < <(printf '%s\n' "${sources[@]}" | grep -E '^(src|tools)/.*\.cpp$')
 [ ${#units[@]} -gt 0 ] || exit 0
 printf '%s\0' "${units[@]}" | xargs -0 -P "$(nproc)" -n 4 clang-tidy -p build/lint --quiet 2>/dev/null
 echo "${#units[@]} sources are tidy, with the headers they read"

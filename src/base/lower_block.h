@@ -22,7 +22,7 @@ inline std::uint64_t lower_block_bytewise(char* block) {
   std::uint64_t bars = 0;
   for (std::size_t i = 0; i < kBlockBytes; ++i) {
     if (block[i] >= 'A' && block[i] <= 'Z') block[i] = static_cast<char>(block[i] | 0x20);
-    bars |= std::uint64_t{block[i] == '|'} << i;
+    bars |= static_cast<std::uint64_t>(block[i] == '|') << i;
   }
   return bars;
 }

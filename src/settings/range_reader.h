@@ -31,7 +31,7 @@ class CountryNumbers {
 
  private:
   static std::size_t two_byte_number(const char* text) {
-    std::uint16_t number;
+    std::uint16_t number = 0;
     std::memcpy(&number, text, sizeof number);
     return number;
   }

@@ -39,7 +39,7 @@ void check_names(Findings& findings, const TradeStore& store) {
                        quote(name) + " has capitals and is never met: hits are in lower case");
     } else if (std::any_of(name.begin(), name.end(), [](char c) { return c <= ' '; })) {
       complaints.about(line, quote(name) + " has white space or control characters");
-    } else if (!name.empty() && trades.count(name) > 0) {
+    } else if (!name.empty() && trades.contains(name)) {
       complaints.about(line, quote(name) + " is the name of a trade, which gets the hits");
     }
   }

@@ -42,7 +42,8 @@ std::string since_stamp(const std::string& since) {
     char letter;
     std::time_t seconds;
   } kUnits[] = {{'m', 60}, {'h', 60 * 60}, {'d', 24 * 60 * 60}};
-  const std::string_view number = std::string_view(since).substr(0, since.size() - !since.empty());
+  const std::string_view number =
+      std::string_view(since).substr(0, since.empty() ? 0 : since.size() - 1);
   for (const auto& unit : kUnits) {
     if (!since.empty() && since.back() == unit.letter && !number.empty() && number.size() < 9 &&
         std::all_of(number.begin(), number.end(), is_digit)) {
@@ -108,6 +109,7 @@ std::vector<Group> groups_of(std::string_view log, const EventsQuery& query) {
     group.last_line = ++number;
   }
   std::vector<Group> ordered;
+  ordered.reserve(groups.size());
   for (const auto& [text, group] : groups) ordered.push_back(group);
   std::sort(ordered.begin(), ordered.end(),
             [](const Group& a, const Group& b) { return a.last_line < b.last_line; });
