@@ -5,6 +5,7 @@
     scripts/bench.py                          all presets
     scripts/bench.py --preset site --pairs 21 --callgrind
     scripts/bench.py --against ../before/build/bench/vantrel-cron     of another bench build
+    scripts/bench.py --whole --callgrind --against build/plain/vantrel-cron    start-up counted
     scripts/bench.py --growth
     scripts/bench.py --loop 200               how many sites a minute one core carries
 
@@ -52,7 +53,8 @@ GROWTH_SIZES = {
 
 
 class Tools:
-    def __init__(self, build, program, against):
+    def __init__(self, build, program, against, whole):
+        self.whole = whole
         self.site = build / "bench" / "vantrel-bench-site"
         self.floor = build / "bench" / "vantrel-floor"
         self.measure = build / "bench" / "vantrel-measure"
@@ -137,6 +139,8 @@ class Site:
 
     def instructions(self, program):
         """Millions, without those of an empty process."""
+        if self.tools.whole:
+            return statistics.median(self.counted(program) for _ in range(5)) / 1e6
         empty = self.tools.empties[list(self.tools.programs.values()).index(program)]
         return (self.counted(program) - self.counted(empty)) / 1e6
 
@@ -171,7 +175,8 @@ def measure(site, pairs, repeat, flush):
         means = [mean_of(side) for side in zip(*runs)]
         empties = means[:len(site.tools.empties)]
         starts = [empties[0], empties[0], *empties]  # the floors start as the program does
-        figures.append([without_start(*side) for side in zip(means[len(empties):], starts)])
+        sides = means[len(empties):]
+        figures.append(sides if site.tools.whole else list(map(without_start, sides, starts)))
     return figures
 
 
@@ -200,10 +205,10 @@ def report_preset(tools, name, options):
               f" {median_of(figures, side, 'faults'):7.0f}", end="")
         if options.callgrind:
             count = site.instructions(program)
-            print(f" {count:8.1f} {count * 1e6 / site.records:9.0f}", end="")
+            print(f" {count:8.3f} {count * 1e6 / site.records:9.0f}", end="")
         if side != PROGRAM:
             now = statistics.median(ratios(figures, PROGRAM, side))
-            print(f"   now at {now:.2f} of its CPU time", end="")
+            print(f"   now at {now:.3f} of its CPU time", end="")
         print()
         if options.verbose:
             for floor, values in (("floor", to_floor), ("plain", to_plain)):
@@ -282,12 +287,13 @@ def main():
     parser.add_argument("--sites", type=Path, default=ROOT / "build" / "bench-sites",
                         help="where the sites are made; a memory disk takes the disk's part out")
     parser.add_argument("--build", type=Path, default=ROOT / "build" / "bench")
+    parser.add_argument("--whole", action="store_true", help="leave the start-up in all figures")
     parser.add_argument("--program", type=Path, help="instead of the build's vantrel-cron")
     parser.add_argument("--against", type=Path, help="another vantrel-cron, measured in turn")
     options = parser.parse_args()
     program, against = (path.resolve() if path else None
                         for path in (options.program, options.against))
-    tools = Tools(options.build.resolve(), program, against)
+    tools = Tools(options.build.resolve(), program, against, options.whole)
     if options.loop:
         report_loop(tools, options)
     else:

@@ -1,6 +1,7 @@
 // Walking the site's text files: pieces ended by a bar, lines ended by a line feed.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <cstring>
@@ -83,7 +84,8 @@ void lower_case(char* text, std::size_t size);
 // A fixed-width text field of a binary record: up to its NUL, or its whole width without one.
 template <std::size_t Width>
 [[nodiscard]] std::string_view field_text(const char (&field)[Width]) {
-  return {field, strnlen(field, Width)};
+  const std::string_view whole(field, Width);
+  return whole.substr(0, whole.find('\0'));
 }
 
 // Copies a text into a zeroed fixed-width field: up to a NUL of the source, cut so that the
@@ -91,7 +93,7 @@ template <std::size_t Width>
 template <std::size_t Width>
 void put_field_text(char (&field)[Width], std::string_view text) {
   if (text.empty()) return;
-  const std::size_t length = strnlen(text.data(), text.size());
+  const std::size_t length = std::min(text.find('\0'), text.size());
   std::memcpy(field, text.data(), length < Width ? length : Width - 1);
 }
 

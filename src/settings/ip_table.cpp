@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "base/numbers.h"
 #include "settings/range_reader.h"
 
 namespace vantrel {
@@ -14,49 +13,7 @@ std::size_t most_ranges(const File& file) {
   return static_cast<std::size_t>(file.size()) / kShortestRange + 1;
 }
 
-// The address as its four parts say, each a lenient number of its own.
-std::uint32_t odd_ip_to_number(std::string_view text) {
-  std::uint32_t number = 0;
-  for (int part = 0; part < 4; ++part) {
-    std::size_t length = text.size();
-    if (part < 3) length = std::min(length, text.find('.'));
-    number = (number << 8) + static_cast<std::uint32_t>(to_int(text.substr(0, length)));
-    text.remove_prefix(std::min(length + 1, text.size()));
-  }
-  return number;
-}
-
 }  // namespace
-
-std::uint32_t ip_to_number(std::string_view text) {
-  // Four parts of one to three digits each, so nearly all are. In a copy with zeros behind it no
-  // step needs to ask where the text ends.
-  constexpr std::size_t kHalf = sizeof(std::uint64_t);
-  constexpr std::size_t kLongest = 15;
-  if (text.size() < kHalf || text.size() > kLongest) return odd_ip_to_number(text);
-  char copy[kLongest + 5] = {};
-  const std::size_t behind_first = text.size() - kHalf;
-  std::memcpy(copy, text.data(), kHalf);
-  std::memcpy(copy + behind_first, text.data() + behind_first, kHalf);
-
-  const char* next = copy;
-  const auto take_digit = [&next](std::uint32_t& part) {
-    const std::uint32_t digit = static_cast<unsigned char>(*next) - std::uint32_t{'0'};
-    if (digit > 9) return false;
-    part = part * 10 + digit;
-    ++next;
-    return true;
-  };
-  std::uint32_t number = 0;
-  for (const char end : {'.', '.', '.', '\0'}) {
-    std::uint32_t part = 0;
-    if (!take_digit(part)) return odd_ip_to_number(text);
-    if (take_digit(part)) static_cast<void>(take_digit(part));
-    if (*next++ != end) return odd_ip_to_number(text);
-    number = (number << 8) + part;
-  }
-  return next > copy + text.size() ? number : odd_ip_to_number(text);
-}
 
 bool IpTable::load(const char* path) {
   const File file = open_to_read(path);

@@ -10,13 +10,10 @@
 
 #include "base/files.h"
 #include "settings/address_steps.h"
+#include "settings/ip_number.h"
 #include "settings/ip_range.h"
 
 namespace vantrel {
-
-// The text between the dots of w.x.y.z, each part as a lenient number: w·2^24 + x·2^16 + y·2^8 + z,
-// wrapping. A missing part is 0; the fourth reaches to the end of the text.
-[[nodiscard]] std::uint32_t ip_to_number(std::string_view text);
 
 class IpTable {
  public:
