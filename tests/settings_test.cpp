@@ -49,6 +49,7 @@ TEST(Numbers, AreReadLeniently) {
   EXPECT_EQ(ip_to_number("1.2.3.4"), 16909060u);
   EXPECT_EQ(ip_to_number("255.255.255.255x"), 4294967295u);
   EXPECT_EQ(ip_to_number("1..3"), 16777216u + 768);
+  EXPECT_EQ(ip_to_number("1.2.3.4:"), 16909060u);
 }
 
 std::string country_name(std::int64_t i, char a) {

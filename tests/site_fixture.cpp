@@ -51,7 +51,7 @@ constexpr std::pair<const char*, const char*> kFiles[] = {
     {"d/ip.psv",
      "|16777216|33554431|US|\n|33554432|50331647|de|\n|67108864|83886079|fr|\n"
      "|83886080|100663295|nl|\n"},
-    {"d/agent.rating", "|1|Good|\n|2|neutral|\n|3|bad|\n"},
+    {"d/agent.rating", "|1|Good|\n|2|neutral|\n|3|bad|\n|12|moz|\n|9|moz|\n"},
     {"d/request.rating", "|1|/good|\n|3|/bad|\n|1|/both|\n|3|/both|\n|2|/neutral|\n"},
     {"d/tags.rating", "|1|gold|\n|3|lead|\n|1|alloy|\n|3|alloy|\n|2|tin|\n"},
     {"d/set", "|41|one|\n|42|two|\n|43|three|\n|5|\n|2|\n|10|\n"},
