@@ -269,7 +269,7 @@ def model(work):
 # The same for what only root can lay out; the run is that of "nobody", a start at second 0.
 ROOT_CASES = [
     (2, 'l/hdd.check', 'rm l/hdd.check; mount -o remount,nr_inodes=$(($(df --output=iused . | tail -1))) .', 'true'),
-    (1, 'is full', 'head -c 999999 /dev/zero >l/in/26-319-11-47; cat /dev/zero 2>x >fill; true', '[ ! -e l/in/26-319-11-47 ]'),
+    (1, 'is full', 'truncate -s %4096 d/t/sum; head -c 999999 /dev/zero >l/in/26-319-11-47; cat /dev/zero 2>x >fill; true', '[ ! -e l/in/26-319-11-47 ]'),
     (2, 'read-only', 'mount -o remount,ro .', 'true'),
     (2, 'nobody', 'chown -R root:root .', 'true'),
     (2, 'd/sleep', 'echo 1 >d/sleep; touch -d "2026-11-16 12:47:00" l/sys/cron.last', 'silent'),
