@@ -78,7 +78,7 @@ class Walker:
             layout.write(self.template, 'l/sys/cron.run', '\n'.join(runs) + '\n')
         if in_place:  # a line of a trade that is gone: the totals become shorter
             layout.write(self.template, 'd/t/sum', layout.read(self.template, 'd/t/sum') +
-                         b'|77' + b'|9' * 42 + b'|\n')
+                         (b'|77' + b'|9' * 42 + b'|\n') * 5)
         self.old = layout.tree(self.template)
         self.calls = self.traced()
         site = self.fresh()
