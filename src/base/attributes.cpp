@@ -56,7 +56,9 @@ bool take_over_attribute(const char* from, const std::string& name, int to) {
       !read_attribute(present, [&](char* b, size_t n) { return ::fgetxattr(to, key, b, n); })) {
     return false;
   }
-  return wanted == present || ::fsetxattr(to, key, wanted.data(), wanted.size(), 0) == 0;
+  // Without a value it may be there or not.
+  if (wanted == present && !wanted.empty()) return true;
+  return ::fsetxattr(to, key, wanted.data(), wanted.size(), 0) == 0;
 }
 
 // The access list is among them: the folder may have given the new file one, the old file another.

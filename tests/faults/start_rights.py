@@ -119,16 +119,21 @@ def attributes():
     nobody = 2 ** 32 - 1
     entries = [(1, 6, nobody), (2, 6, 4711), (4, 4, nobody), (16, 6, nobody), (32, 4, nobody)]
     access = struct.pack('<I', 2) + b''.join(struct.pack('<HHI', *entry) for entry in entries)
-    carried = {'system.posix_acl_access': access, 'user.note': b'kept\0'}
-    for name, (key, value) in itertools.product(REPLACED[:4], carried.items()):
-        case = Case('%s of %s' % (key, name))
+    carried = {'system.posix_acl_access': access, 'user.note': b'kept\0',
+               'security.selinux': b'site_t\0', 'security.other': b'', 'trusted.note': b'kept'}
+    for name, (key, value), bound in itertools.product(REPLACED[:4], carried.items(), (False, True)):
+        if bound and key.startswith('trusted'):
+            continue  # nobody but root sees these
+        case = Case('%s of %s%s' % (key, name, ', run by a user who may not label' * bound))
         path = os.path.join(case.site, name)
+        if bound:
+            case.give_away()
         try:
             os.setxattr(path, key, value)
         except OSError:
             print('no %s in this file system: the case is left out' % key)
             continue
-        case.run()
+        case.run(**(unprivileged() if bound else {}))
         case.expect(layout.read(case.site, name) == site_case.reference()[name], 'not written')
         case.expect(key in os.listxattr(path) and os.getxattr(path, key) == value, 'it is another one')
         case.done()
