@@ -49,12 +49,20 @@ install(CODE "
   set(MANDIR \"${CMAKE_INSTALL_MANDIR}\")")
 install(SCRIPT cmake/install_texts.cmake)
 
-# The target "package" makes the package: the same bytes wherever and whenever it is made.
-set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_BINARY_DIR}/package.cmake)
+# The target "package" makes a Debian package, and an archive of a folder for where none can be installed:
+# the same bytes wherever and whenever they are made.
+set(CPACK_GENERATOR DEB TGZ)
 execute_process(COMMAND date -u -d ${VANTREL_DATE} +%s
   OUTPUT_VARIABLE VANTREL_EPOCH OUTPUT_STRIP_TRAILING_WHITESPACE)
-file(WRITE ${CPACK_PROJECT_CONFIG_FILE} "set(ENV{SOURCE_DATE_EPOCH} ${VANTREL_EPOCH})\n")
-set(CPACK_GENERATOR DEB)
+set(CPACK_PROJECT_CONFIG_FILE ${CMAKE_BINARY_DIR}/package.cmake)
+file(WRITE ${CPACK_PROJECT_CONFIG_FILE} "set(ENV{SOURCE_DATE_EPOCH} ${VANTREL_EPOCH})
+if(CPACK_GENERATOR STREQUAL TGZ)
+  set(CPACK_SET_DESTDIR ON)
+  set(CPACK_INSTALL_PREFIX /opt/vantrel)
+  set(CPACK_INCLUDE_TOPLEVEL_DIRECTORY OFF)
+endif()
+")
+set(CPACK_PACKAGE_FILE_NAME vantrel-${PROJECT_VERSION}-${CMAKE_SYSTEM_PROCESSOR})
 set(CPACK_PACKAGE_NAME vantrel)
 set(CPACK_PACKAGE_CONTACT "${VANTREL_MAINTAINER}")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Once-a-minute maintenance run of a traffic-trading site")
@@ -69,5 +77,5 @@ set(CPACK_DEBIAN_PACKAGE_SECTION web)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "cron | systemd")
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "default-mta | mail-transport-agent, logrotate")
-set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_SOURCE_DIR}/cmake/package_folders.cmake)
+set(CPACK_POST_BUILD_SCRIPTS ${CMAKE_SOURCE_DIR}/cmake/repack.cmake)
 include(CPack)

@@ -1,6 +1,7 @@
 # A part of "cmake --install": the texts that name the programs, with the folder these come to lie in
 # instead of /usr/local/bin, and the manual pages with the day of the release, compressed. Takes from
 # its caller SOURCE, BUILD, DATE, and BINDIR, DATADIR, DOCDIR, MANDIR below the prefix.
+cmake_policy(VERSION 3.25)
 set(stage ${BUILD}/texts)
 file(REMOVE_RECURSE ${stage})
 
@@ -8,6 +9,7 @@ file(REMOVE_RECURSE ${stage})
 function(stage_text from name)
   file(READ ${from} text)
   string(REPLACE "/usr/local/bin/" "${CMAKE_INSTALL_PREFIX}/${BINDIR}/" text "${text}")
+  string(REPLACE "/usr/local/share/doc/vantrel/" "${CMAKE_INSTALL_PREFIX}/${DOCDIR}/" text "${text}")
   string(REPLACE "@DATE@" "${DATE}" text "${text}")
   file(WRITE ${stage}/${name} "${text}")
 endfunction()
