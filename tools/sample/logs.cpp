@@ -32,9 +32,11 @@ std::vector<std::string> make_agents(const SampleSize& size) {
       agents.push_back("linkcrawler-bot/" + version + ".0 (+http://crawl" + std::to_string(i) +
                        ".example/about-this-robot.html)");
     } else {
-      agents.push_back("Mozilla/5.0 (" + std::string(random.one_of(kPlatforms)) +
-                       "; rv:" + version + ") Engine/2010.1 (like Kernel) " +
-                       std::string(random.one_of(kBrowsers)) + "/" + version + "." +
+      // One behind the other: within an expression every compiler has an order of its own.
+      const std::string browser(random.one_of(kBrowsers));
+      const std::string platform(random.one_of(kPlatforms));
+      agents.push_back("Mozilla/5.0 (" + platform + "; rv:" + version +
+                       ") Engine/2010.1 (like Kernel) " + browser + "/" + version + "." +
                        std::to_string(i));
     }
   }
