@@ -7,12 +7,13 @@
 
 The first machine is the one the others are compared with. On each: the test suite; the recorded
 cases, where they lie beside the project; and three sites, laid out and carried on by the machine's
-own programs: a day of simulated minutes in which summer time ends, starts of the run on many trades
-with so little traffic that scores meet, and the same with a formula. All their files are compared,
+own programs: a day of simulated minutes in which summer time ends, starts of the run with a formula,
+and starts on many trades with so little traffic that scores meet and the last bit decides. All their files are compared,
 of an archive the members. Builds stay in build/same/; ends with status 1 on any difference.
 """
 import hashlib
 import os
+import random
 import shlex
 import shutil
 import subprocess
@@ -44,12 +45,12 @@ MACHINES = {
 TESTS = ['vantrel-tests'] + ['fuzz-replay-' + p.name for p in sorted((TOP / 'fuzz/corpus').iterdir())]
 
 START = 1729980120  # 2024-10-27 00:02 in Berlin: summer time ends in the day that follows
-SIZE = '--trades {} --hits 40 --minutes 90 --ranges 20000 --days 8 --curve'
+SIZE = '--trades {} --hits {} --minutes 90 --ranges 20000 --days {} --curve'
 FORMULA = '|120|85|130|3|2|1|0||10|rin24*1.1+uin60/3-out24*0.7+rtc07/(rto07+0.3)|\n'
-# Trades, the settings of the scores, and the moments of the starts; without any the day is simulated.
-SITES = {'day': (60, None, []),
-         'scores': (1000, None, [2, 62, 177, 45 * 60, 89820]),
-         'formula': (500, FORMULA, [2, 62, 45 * 60])}
+# Trades, hits and days of the sample; moments of the starts, without any the day is simulated.
+SITES = {'day': (60, 40, 8, []),
+         'scores': (2000, 0, 0, [2, 62, 45 * 60]),
+         'formula': (500, 40, 8, [2, 62, 177, 45 * 60, 89820])}
 
 
 # A run flushes what it stores: sites lie in memory where there is room.
@@ -109,15 +110,24 @@ def contents(site):
             yield place, path.read_bytes()
 
 
+def close_scores(chance, trade):
+    """A trade's line of d/t/sum: 14 counters for the hour, the day and the week; the last three are scored."""
+    windows = [[50] + 10 * [0] + [1 + int(chance.random() * 9) for _ in range(3)] for _ in range(3)]
+    return f'|{trade}|' + ''.join(f'{value}|' for window in windows for value in window) + '\n'
+
+
 def leave(name, folder, start, site, root):
     """What is left of a site in the folder root, by path."""
-    trades, scores, moments = SITES[site]
+    *size, moments = SITES[site]
     environment = {'PATH': os.environ['PATH'], 'TZ': 'Europe/Berlin'}
     emulator = EMULATOR if name == 'arm64' else []
-    options = [*SIZE.format(trades).split(), '--at', START]
+    options = [*SIZE.format(*size).split(), '--at', START]
     left = {'(sample)': run([*emulator, folder / 'vantrel-sample-site', root, *options], env=environment)}
-    if scores:
-        (root / 'd/out.mod').write_text(scores)
+    if site == 'formula':
+        (root / 'd/out.mod').write_text(FORMULA)
+    if site == 'scores':
+        chance = random.Random(1)
+        (root / 'd/t/sum').write_text(''.join(close_scores(chance, trade) for trade in range(size[0] + 11)))
     if not moments:
         left['(day)'] = run([*emulator, folder / 'vantrel-day', root, *options], env=environment)
     for moment in moments:
