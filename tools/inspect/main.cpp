@@ -200,9 +200,8 @@ int show(const std::string& command, const Options& options) {
   return data.value("status", static_cast<int>(kFine));
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+// Takes the arguments and shows the view they name.
+int started(int argc, char** argv) {
   CLI::App app("Looks at a site of the maintenance run without changing it.", "vantrel-inspect");
   Options options;
   add_commands(app, options);
@@ -211,18 +210,18 @@ int main(int argc, char** argv) {
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? kFine : kWrongUsage;
   }
-  try {
-    take_paths(options);
-  } catch (const WrongUsage& error) {
-    std::cerr << "vantrel-inspect: " << error.reason << '\n';
-    return kWrongUsage;
-  }
+  take_paths(options);
   if (::chdir(options.site.c_str()) != 0) {
-    std::cerr << "vantrel-inspect: there is no directory " << printable(options.site) << '\n';
-    return kWrongUsage;
+    throw WrongUsage{"there is no directory " + printable(options.site)};
   }
+  return show(app.get_subcommands().front()->get_name(), options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
   try {
-    return show(app.get_subcommands().front()->get_name(), options);
+    return started(argc, argv);
   } catch (const WrongUsage& error) {
     std::cerr << "vantrel-inspect: " << error.reason << '\n';
     return kWrongUsage;
