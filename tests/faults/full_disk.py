@@ -159,7 +159,7 @@ def main():
                 os.mkdir('%s/l/%s' % (site, name))
                 os.chmod('%s/l/%s' % (site, name), 0o777)
             fill(site, kind != 'no inodes')
-            wrong, full, hits = simulate(program, site, 120 if short else 2880, kind != 'no reserve')
+            wrong, full, hits = simulate(program, site, 120 if short else 2880, kind == "root's reserve")
             subprocess.run(['umount', site], check=True)
             if full == 0 or hits < 2000:
                 wrong.append('the disk was never full, or always')
