@@ -1,6 +1,6 @@
 #!/bin/bash
 # Which lines of src/ and tools/inspect/ do the tests run? Builds build/coverage, runs all tests there, and
-# prints a table, files with the least first.
+# prints a table, the least covered files at its end.
 #
 #   scripts/coverage.sh [GCOVR OPTION]...     such as --html-details build/coverage/index.html
 set -euo pipefail
