@@ -10,7 +10,7 @@ namespace {
 
 // Does the site's traffic cross the threshold in this field?
 bool crossed(const std::vector<TradeWork>& works, std::size_t field, const std::string& threshold) {
-  const int limit = std::atoi(threshold.c_str());
+  const int limit = plain_int(threshold);
   std::uint32_t day = 0;
   std::uint32_t hour = 0;
   bool one_above = false;

@@ -64,7 +64,7 @@ void try_input(const std::string& input) {
     if (field == 3) ++sums[slot::out];
     if (field == 3 && piece == "1") ++sums[slot::ctg];
     if (field == 4 && piece == "0") ++sums[slot::uin];
-    if (field == 7 && std::atoi(piece.c_str()) <= kCefLimit) ++sums[slot::cef];
+    if (field == 7 && plain_int(piece) <= kCefLimit) ++sums[slot::cef];
     if (field == 8 && !piece.empty()) ++sums[slot::rec];
     if (field == 8 && !piece.empty() && !kOut) ++hits[reserved::kMarked];
   }

@@ -70,7 +70,7 @@ void try_input(const std::string& input) {
   parts.resize(4);
   std::uint32_t address = 0;
   for (const std::string& part : parts) {
-    address = address * 256 + static_cast<std::uint32_t>(std::atoi(part.c_str()));
+    address = address * 256 + static_cast<std::uint32_t>(plain_int(part));
   }
   require(ip_to_number(dotted) == address, "the address's number");
 

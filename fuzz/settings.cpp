@@ -44,7 +44,7 @@ void try_traffic_settings(const std::string& text) {
     pieces.resize(std::max(pieces.size(), first + 4));
     const auto value = static_cast<float>(std::atof(pieces[first + 2].c_str()));
     const TrafficRule& rule = settings.rules[first / 5];
-    require(rule.op_code == std::atoi(pieces[first + 1].c_str()), "a rule's operation");
+    require(rule.op_code == plain_int(pieces[first + 1]), "a rule's operation");
     require(rule.value == value || value != value, "a rule's value");
   }
   for (const std::string& line : getline_pieces(text, '\n')) {

@@ -32,7 +32,7 @@ void try_input(const std::string& input) {
   const auto pieces = getline_pieces(input);
   for (std::size_t i = 1; i < pieces.size(); ++i) {
     const std::size_t k = i % (kValues + 2);
-    const int id = std::atoi(pieces[i].c_str());
+    const int id = plain_int(pieces[i]);
     if (k == 1) trade = id >= 0 && id < 13 ? static_cast<std::size_t>(id) : reserved::kUnknown;
     if (k > 1) add_plainly(plain[trade * kValues + k - 2], pieces[i]);
   }

@@ -92,7 +92,7 @@ std::string lowered(std::string text) {
 
 void add_plainly(std::int32_t& counter, const std::string& number) {
   counter = static_cast<std::int32_t>(static_cast<std::uint32_t>(counter) +
-                                      static_cast<std::uint32_t>(std::atoi(number.c_str())));
+                                      static_cast<std::uint32_t>(plain_int(number)));
 }
 
 }  // namespace vantrel::fuzz

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -42,6 +43,11 @@ extern std::vector<Program> programs;
 
 // References by the standard library.
 [[nodiscard]] std::vector<std::string> getline_pieces(const std::string& text, char end = '|');
+
+// strtol cut to 32 bits. What atoi makes of a larger number differs between libraries of C.
+[[nodiscard]] inline std::int32_t plain_int(const std::string& text) {
+  return static_cast<std::int32_t>(std::strtol(text.c_str(), nullptr, 10));
+}
 [[nodiscard]] std::string lowered(std::string text);
 void add_plainly(std::int32_t& counter, const std::string& number);
 

@@ -3,13 +3,13 @@
 
     scripts/same_bytes.py              every machine, each with the test suite: about an hour
     scripts/same_bytes.py --short      two of them against build/release, without the suite
-    scripts/same_bytes.py NAME...      these of them
+    scripts/same_bytes.py NAME...      these of them, the first is what the others are compared with
 
-The first machine is the one the others are compared with. On each: the test suite; the recorded
-cases, where they lie beside the project; and three sites, laid out and carried on by the machine's
-own programs: a day of simulated minutes in which summer time ends, starts of the run with a formula,
-and starts on many trades with so little traffic that scores meet and the last bit decides. All their files are compared,
-of an archive the members. Builds stay in build/same/; ends with status 1 on any difference.
+On each: the test suite (the inspector's tests excepted); the recorded cases, where they lie beside
+the project; and three sites, laid out and carried on by the machine's own programs: a day of
+simulated minutes in which summer time ends, starts of the run with a formula, and starts on many
+trades with so little traffic that scores meet and the last bit decides. All their files are
+compared, of an archive the members. Builds stay in build/same/; status 1 on any difference.
 """
 import hashlib
 import os
@@ -26,9 +26,11 @@ from pathlib import Path
 TOP = Path(__file__).resolve().parent.parent
 BUILDS = TOP / 'build/same'
 CASES = Path(os.environ.get('VANTREL_CASES', TOP.parent / 'shared/cases'))
-ARM = ['-DCMAKE_SYSTEM_NAME=Linux', '-DCMAKE_SYSTEM_PROCESSOR=aarch64',
-       '-DCMAKE_CROSSCOMPILING_EMULATOR=qemu-aarch64;-L;/usr/aarch64-linux-gnu']
+PACKAGES = 'cmake g++ clang g++-aarch64-linux-gnu qemu-user googletest libgtest-dev faketime ' \
+           'libcli11-dev nlohmann-json3-dev libjs-chart.js'
 EMULATOR = ['qemu-aarch64', '-L', '/usr/aarch64-linux-gnu']
+ARM = ['-DCMAKE_SYSTEM_NAME=Linux', '-DCMAKE_SYSTEM_PROCESSOR=aarch64',
+       '-DCMAKE_CROSSCOMPILING_EMULATOR=' + ';'.join(EMULATOR)]
 # Compiler, its flags, options for CMake.
 MACHINES = {
     'gcc-O2': ('g++', '-O2', []),
@@ -42,16 +44,15 @@ MACHINES = {
     'gcc-O3': ('g++', '-O3', []),
     'clang-O2': ('clang++', '-O2', []),
 }
+PROGRAMS = ['vantrel-cron', 'vantrel-day', 'vantrel-sample-site']
 TESTS = ['vantrel-tests'] + ['fuzz-replay-' + p.name for p in sorted((TOP / 'fuzz/corpus').iterdir())]
 
-START = 1729980120  # 2024-10-27 00:02 in Berlin: summer time ends in the day that follows
-SIZE = '--trades {} --hits {} --minutes 90 --ranges 20000 --days {} --curve'
+BEGIN = 1729980120  # 2024-10-27 00:02 in Berlin: summer time ends in the day that follows
 FORMULA = '|120|85|130|3|2|1|0||10|rin24*1.1+uin60/3-out24*0.7+rtc07/(rto07+0.3)|\n'
 # Trades, hits and days of the sample; moments of the starts, without any the day is simulated.
 SITES = {'day': (60, 40, 8, []),
          'scores': (2000, 0, 0, [2, 62, 45 * 60]),
          'formula': (500, 40, 8, [2, 62, 177, 45 * 60, 89820])}
-
 
 # A run flushes what it stores: sites lie in memory where there is room.
 IN_MEMORY = Path('/dev/shm')
@@ -59,7 +60,7 @@ if IN_MEMORY.is_dir() and shutil.disk_usage(IN_MEMORY).free > 1 << 30:
     os.environ['TMPDIR'] = str(IN_MEMORY)
 
 
-def run(command, **options):
+def run(*command, **options):
     done = subprocess.run([str(part) for part in command], capture_output=True, **options)
     if done.returncode != 0:
         said = (done.stdout + done.stderr).decode(errors='replace')
@@ -67,36 +68,48 @@ def run(command, **options):
     return done.stdout
 
 
+def make(source, folder, targets, *options):
+    run('cmake', '-S', source, '-B', folder, '-DCMAKE_BUILD_TYPE=Release', *options)
+    run('cmake', '--build', folder, '-j', os.cpu_count(), '--target', *targets)
+
+
 def build(name, short):
+    if name == 'release':
+        return TOP / 'build/release'
     compiler, flags, options = MACHINES[name]
     folder = BUILDS / name
+    options = [f'-DCMAKE_CXX_COMPILER={compiler}', *options]
     if name == 'musl':
-        run([TOP / 'scripts/musl.sh', Path(compiler).parent])
-    common = ['-DCMAKE_BUILD_TYPE=Release', f'-DCMAKE_CXX_COMPILER={compiler}', *options]
-    if not short and options:  # another library of C than this machine's: GoogleTest is built for it
-        run(['cmake', '-S', '/usr/src/googletest', '-B', folder / 'gtest', '-DBUILD_GMOCK=OFF', '-Dgtest_disable_pthreads=ON',
-             f'-DCMAKE_INSTALL_PREFIX={folder}/gtest/out', *common])
-        run(['cmake', '--build', folder / 'gtest', '-j', os.cpu_count(), '--target', 'install'])
-        common.append(f'-DGTest_DIR={folder}/gtest/out/lib/cmake/GTest')
-    run(['cmake', '-S', TOP, '-B', folder, f'-DCMAKE_CXX_FLAGS_RELEASE={flags} -DNDEBUG',
-         f'-DVANTREL_TESTS={"OFF" if short else "ON"}', *common])
-    run(['cmake', '--build', folder, '-j', os.cpu_count(), '--target', 'vantrel-cron', 'vantrel-day',
-         'vantrel-sample-site', *([] if short else TESTS)])
+        run(TOP / 'scripts/musl.sh', Path(compiler).parent)
+    if not short and len(options) > 1:  # the GoogleTest of this machine would not do
+        make('/usr/src/googletest', folder / 'gtest', ['install'], '-DBUILD_GMOCK=OFF',
+             '-Dgtest_disable_pthreads=ON', f'-DCMAKE_INSTALL_PREFIX={folder}/gtest/out', *options)
+        options.append(f'-DGTest_DIR={folder}/gtest/out/lib/cmake/GTest')
+    make(TOP, folder, PROGRAMS if short else PROGRAMS + TESTS, *options,
+         f'-DCMAKE_CXX_FLAGS_RELEASE={flags} -DNDEBUG', f'-DVANTREL_TESTS={"OFF" if short else "ON"}')
     return folder
 
 
 def starter(name, folder):
     """A program that starts the run with the clock at FAKETIME, in seconds since the epoch."""
     clock = folder / 'clock.so'
-    run([MACHINES[name][0] if name in MACHINES else 'g++', '-O1', '-w', '-shared', '-fPIC', '-nostdlib',
-         TOP / 'bench/frozen_clock.cpp', '-o', clock])
+    run(MACHINES.get(name, ['g++'])[0], '-O1', '-shared', '-fPIC', '-nostdlib', TOP / 'bench/frozen_clock.cpp',
+        '-o', clock)
+    how = ['env', f'LD_PRELOAD={clock}']
+    if name == 'arm64':  # for the run only: the emulator is a program of this machine
+        how = ['env', '-u', 'LD_PRELOAD', *EMULATOR, '-E', f'LD_PRELOAD={clock}']
     program = folder / 'start'
-    how = f'env LD_PRELOAD={clock}'
-    if name == 'arm64':  # the emulator keeps this machine's clock, and so do the programs the run starts
-        how = shlex.join(['env', '-u', 'LD_PRELOAD', *EMULATOR, '-E', f'LD_PRELOAD={clock}'])
-    program.write_text(f'#!/bin/sh\nexport FROZEN_CLOCK=$FAKETIME\nexec {how} {folder}/vantrel-cron\n')
+    program.write_text(f'#!/bin/sh\nexport FROZEN_CLOCK=$FAKETIME\nexec {shlex.join(how)} {folder}/vantrel-cron\n')
     program.chmod(0o755)
     return program
+
+
+def close_scores(trades):
+    """d/t/sum: for each trade 14 counters of the hour, the day and the week; the last three are scored."""
+    chance = random.Random(1)
+    for trade in range(trades + 11):
+        windows = [[50] + 10 * [0] + [1 + int(chance.random() * 9) for _ in range(3)] for _ in range(3)]
+        yield f'|{trade}|' + ''.join(f'{value}|' for window in windows for value in window) + '\n'
 
 
 def contents(site):
@@ -110,72 +123,66 @@ def contents(site):
             yield place, path.read_bytes()
 
 
-def close_scores(chance, trade):
-    """A trade's line of d/t/sum: 14 counters for the hour, the day and the week; the last three are scored."""
-    windows = [[50] + 10 * [0] + [1 + int(chance.random() * 9) for _ in range(3)] for _ in range(3)]
-    return f'|{trade}|' + ''.join(f'{value}|' for window in windows for value in window) + '\n'
-
-
 def leave(name, folder, start, site, root):
     """What is left of a site in the folder root, by path."""
-    *size, moments = SITES[site]
+    trades, hits, days, moments = SITES[site]
     environment = {'PATH': os.environ['PATH'], 'TZ': 'Europe/Berlin'}
     emulator = EMULATOR if name == 'arm64' else []
-    options = [*SIZE.format(*size).split(), '--at', START]
-    left = {'(sample)': run([*emulator, folder / 'vantrel-sample-site', root, *options], env=environment)}
+    options = f'--trades {trades} --hits {hits} --days {days} --minutes 90 --ranges 20000 --curve --at {BEGIN}'.split()
+    run(*emulator, folder / 'vantrel-sample-site', root, *options, env=environment)
+    left = {}
     if site == 'formula':
         (root / 'd/out.mod').write_text(FORMULA)
     if site == 'scores':
-        chance = random.Random(1)
-        (root / 'd/t/sum').write_text(''.join(close_scores(chance, trade) for trade in range(size[0] + 11)))
-    if not moments:
-        left['(day)'] = run([*emulator, folder / 'vantrel-day', root, *options], env=environment)
+        (root / 'd/t/sum').write_text(''.join(close_scores(trades)))
+    if site == 'day':
+        left['(day)'] = run(*emulator, folder / 'vantrel-day', root, *options, env=environment)
     for moment in moments:
-        left[f'(start {moment})'] = run([start], cwd=root, env=environment | {'FAKETIME': str(START + moment)})
+        left[f'(start {moment})'] = run(start, cwd=root, env=environment | {'FAKETIME': str(BEGIN + moment)})
         left[f'(list {moment})'] = (root / 'd/out.lst').read_bytes()
     left.update(contents(root))
     return {place: hashlib.sha256(text).hexdigest() for place, text in left.items()}
 
 
 def examine(name, short, expected):
-    """The lines to print, the sites as they are left, and whether all is as it should be."""
-    folder = TOP / 'build/release' if name == 'release' else build(name, short)
+    """Whether all is as it should be, and in words. expected: the sites of the first machine, or empty."""
+    folder = build(name, short)
     start = starter(name, folder)
     good, words = True, []
     if not short:
-        suite = subprocess.run(['ctest', '--test-dir', folder, '-E', '^(inspector|documents)', '-j', str(os.cpu_count())], capture_output=True, text=True)
+        suite = subprocess.run(['ctest', '--test-dir', folder, '-E', '^(inspector|documents)',
+                                '-j', str(os.cpu_count())], capture_output=True, text=True)
         good &= suite.returncode == 0
         words.append(next((line for line in suite.stdout.splitlines() if 'tests passed' in line), suite.stdout[-3000:]))
     if (CASES / 'check.py').exists():
         names = sorted(path.name[:-7] for path in CASES.glob('*.tar.gz'))[::8 if short else 1]
         checked = subprocess.run(['python3', CASES / 'check.py', start, *names], capture_output=True, text=True)
         good &= checked.returncode == 0
-        words.append('cases: ' + (checked.stdout.strip().splitlines() or [checked.stderr])[-1 if good else 0])
-    sites = {}
+        words.append('cases: ' + (checked.stdout or checked.stderr)[-3000:].strip())
     for site in SITES:
         with tempfile.TemporaryDirectory() as root:
-            sites[site] = left = leave(name, folder, start, site, Path(root))
-        wanted = expected.get(site, left)
+            left = leave(name, folder, start, site, Path(root))
+        wanted = expected.setdefault(site, left)
         other = sorted(place for place in wanted.keys() | left.keys() if wanted.get(place) != left.get(place))
         good &= not other
-        words.append(f'{site}: {len(left)} files, ' + (f'{len(other)} differ: {" ".join(other[:5])}' if other else 'equal'))
-    return words, sites, good
+        words.append(f'{site}: {len(left)} files ' + (f'{len(other)} differ: {" ".join(other[:5])}' if other else 'equal'))
+    return good, '; '.join(words)
 
 
 def main():
-    names = [argument for argument in sys.argv[1:] if argument != '--short']
     short = '--short' in sys.argv
+    names = [argument for argument in sys.argv[1:] if argument != '--short']
     names = names or (['release', 'clang-O3', 'arm64'] if short else list(MACHINES))
+    run('bash', '-c', '. scripts/setup.sh; install_packages "$@"', '-', *PACKAGES.split(), cwd=TOP)
     expected, failed = {}, 0
     for name in names:
         begin = time.monotonic()
         try:
-            words, sites, good = examine(name, short, expected)
-            expected = expected or sites
+            good, words = examine(name, short, expected)
         except RuntimeError as failure:
-            words, good = [str(failure)], False
+            good, words = False, str(failure)
         failed += not good
-        print(f'{name:14}{"ok" if good else "DIFFERS":9}{time.monotonic() - begin:5.0f} s  ' + '; '.join(words), flush=True)
+        print(f'{name:14}{"ok" if good else "DIFFERS":9}{time.monotonic() - begin:5.0f} s  {words}', flush=True)
     print(f'{len(names) - failed} machines alike, {failed} not')
     return 1 if failed else 0
 
