@@ -12,6 +12,10 @@ foreach(package ${CPACK_PACKAGE_FILES})
   if(package MATCHES "deb$")
     run(dpkg-deb -R ${package} ${folder})
     run(sort -k 2 -o ${folder}/DEBIAN/md5sums ${folder}/DEBIAN/md5sums)
+    # Folders have another size on each file system: each counts as 1 kB.
+    run(sh -ec "cd '${folder}' && size=$(find usr -printf '%y %s\\n' |
+      awk '{ size += $1 == \"d\" ? 1 : int(($2 + 1023) / 1024) } END { print size }') &&
+      sed -i \"s/^Installed-Size:.*/Installed-Size: $size/\" DEBIAN/control")
     run(chmod -R u=rwX,go=rX ${folder})
     run(dpkg-deb --root-owner-group --threads-max=1 -b ${folder} ${package})
   else()
