@@ -171,7 +171,7 @@ void check_entries(Findings& findings, const std::vector<OutListEntry>& entries,
   for (const TradeRecord& trade : store.trades) ids.insert(trade.id);
   NameList strangers;
   for (const OutListEntry& entry : entries) {
-    if (ids.count(entry.id) == 0) strangers.add(quote(field_text(entry.name)));
+    if (!ids.contains(entry.id)) strangers.add(quote(field_text(entry.name)));
   }
   if (strangers.empty()) return;
   findings.off(kOutListFile,

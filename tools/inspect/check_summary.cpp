@@ -63,11 +63,11 @@ class Reader {
 
   void compare(const TradeStore& store) {
     for (const auto& [id, count] : found_) {
-      if (expected_.count(id) == 0) strangers_.add("id " + std::to_string(id));
-      if (count > 1 && expected_.count(id) != 0) twice_.add("id " + std::to_string(id));
+      if (!expected_.contains(id)) strangers_.add("id " + std::to_string(id));
+      if (count > 1 && expected_.contains(id)) twice_.add("id " + std::to_string(id));
     }
     for (const TradeRecord& trade : store.trades) {
-      if (found_.count(trade.id) != 0) continue;
+      if (found_.contains(trade.id)) continue;
       const TrafficCounters slots = read_slots(trade.id).sum;
       const bool is_new = slots.values == TrafficCounters{}.values;
       (is_new ? new_ : missing_).add(printable(field_text(trade.name)));
