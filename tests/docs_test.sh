@@ -1,8 +1,8 @@
 #!/bin/bash
-# The commands in the documents, and those of tests/views.t, run as they stand there: what they print
+# The commands in the documents, and those of tests/*.t, run as they stand there: what they print
 # must be what stands below them. Takes a C++ compiler and cram (the Debian package python3-cram).
 #
-#   tests/docs_test.sh BUILD_DIRECTORY [--update]     --update writes views.t anew from what is printed
+#   tests/docs_test.sh BUILD_DIRECTORY [--update]     --update writes tests/*.t anew from what is printed
 set -eu
 build=$(realpath "$1")
 project=$(realpath "$(dirname "$0")/..")
@@ -11,7 +11,7 @@ trap 'rm -rf "$work"' EXIT
 c++ -O1 -shared -fPIC -o "$work/clock.so" "$project/bench/frozen_clock.cpp"
 
 # For the documents it is 13:07, and each run is a minute after the one before it. A site begins with
-# the moment in $BEGIN, if it is to begin at another.
+# the moment in $BEGIN, if it is to begin at another, and is looked at in the moment $AT.
 mkdir "$work/bin"
 cat >"$work/bin/vantrel-sample-site" <<END
 #!/bin/sh
@@ -26,7 +26,9 @@ FROZEN_CLOCK=\$now LD_PRELOAD=$work/clock.so exec $build/vantrel-cron
 END
 cat >"$work/bin/vantrel-inspect" <<END
 #!/bin/sh
-FROZEN_CLOCK=\$((\$(cat $work/now) - 40)) LD_PRELOAD=$work/clock.so exec $build/vantrel-inspect "\$@"
+now=\$((\$(cat $work/now) - 40))
+[ -z "\$AT" ] || now=\$(date -d "2026-11-16 \$AT" +%s)
+FROZEN_CLOCK=\$now LD_PRELOAD=$work/clock.so exec $build/vantrel-inspect "\$@"
 END
 chmod 755 "$work"/bin/*
 
@@ -35,8 +37,10 @@ for document in concepts operating; do
   awk '!/^    / { plain = 0 } /^    / && !code { plain = !/^    \$ / } { code = /^    / } !plain' \
     "$project/docs/$document.md" >"$work/$document.md"
 done
-cp "$project/tests/views.t" "$work/"
+cp "$project"/tests/*.t "$work/"
 PATH=$work/bin:$project/examples:$PATH TZ=UTC \
-  cram3 --indent=4 --preserve-env --shell=/bin/bash "$work"/*.md "$work/views.t" || {
-  [ "${2:-}" = --update ] && cp "$work/views.t.err" "$project/tests/views.t"
+  cram3 --indent=4 --preserve-env --shell=/bin/bash "$work"/*.md "$work"/*.t || {
+  [ "${2:-}" = --update ] && for result in "$work"/*.t.err; do
+    cp "$result" "$project/tests/$(basename "$result" .err)"
+  done
 }

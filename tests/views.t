@@ -592,7 +592,7 @@ A site with two runs; among its trades one of each kind of listing, a boost and 
     2026-11-16 13:02 to 2026-11-16 13:03  2 runs
       gap: 3 minutes without a run
     2026-11-16 13:07 to 2026-11-16 13:08  2 runs
-    1 lines of the run history are no run stamps
+    1 line of the run history without a run stamp
     $ vantrel-inspect check | grep -v 'looked at as root'
     warning: l/sys/cron.run: 1 line no run wrote: "x"; the run behind one reads a single minute of logs -> take the lines out; a power cut or another program left them
     warning: l/sys/cron.run: 2 gaps in the last 6 runs, before 11161302, before 11161307; the run behind it counted what had come in -> see vantrel-inspect runs; a reboot explains one, a busy machine many

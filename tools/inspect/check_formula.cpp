@@ -17,6 +17,7 @@ constexpr const char* kModifiers = "d/out.mod";
 struct Trouble {
   NameList trades;
   std::size_t first = 0;  // position
+  std::size_t last = 0;   // the same, for a trade can have one several times
   ExpressionError error;
 };
 using Troubles = std::map<std::pair<std::size_t, int>, Trouble>;
@@ -35,7 +36,10 @@ Troubles troubles_of(const Forecast& forecast) {
     if (trouble.trades.empty()) {
       trouble.first = position;
       trouble.error = error;
+    } else if (trouble.last == position) {
+      continue;
     }
+    trouble.last = position;
     trouble.trades.add(printable(field_text(trade.name)));
   }
   return troubles;

@@ -118,7 +118,7 @@ void check_history(Findings& findings, const TradeStore& store) {
   const std::string inside = std::string(kDirectory) + "/.";
   const std::string make = "make the directory, writable for the run's user";
   if (!is_directory(kDirectory)) {
-    findings.refused(inside, Need::write, finding_off(kDirectory, "takes no history", make));
+    findings.refused(inside, Need::write, finding_off(kDirectory, "no history is kept", make));
   } else if (!may_write(kDirectory) || !may_enter(kDirectory)) {
     findings.refused(inside, Need::write,
                      finding_off(kDirectory, "takes no new history files", make));

@@ -156,8 +156,8 @@ bool check_folder(Findings& findings, const std::string& directory) {
     return false;
   };
   const std::string make = "make the directory, readable and writable for the run's user";
-  if (!exists(directory)) return uncounted("is not there: nothing is counted", make);
-  if (!is_directory(directory)) return uncounted("is no folder: nothing is counted", make);
+  if (!exists(directory)) return uncounted("nothing is counted", make);
+  if (!is_directory(directory)) return uncounted("nothing is counted", make);
   if (!may_enter(directory) || !may_read(directory)) {
     return uncounted("the hit logs cannot be read: nothing is counted",
                      "give the run's user read and search permission on the directory");

@@ -120,7 +120,8 @@ void check_outcome(Findings& findings) {
   if (!trial.reaches_list) return;
   check_formula(findings, trial);
   // A cause that was found explains a list that is not worth following.
-  if (!findings.answers_no(Question::list)) check_list(findings, trial);
+  if (findings.answers_no(Question::list)) return;
+  check_list(findings, trial);
   findings.fine("list", "the next one is worth following");
 }
 

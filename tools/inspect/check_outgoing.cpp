@@ -201,7 +201,7 @@ void check_list_file(Findings& findings, const TradeStore& store) {
     } else {
       check_entries(findings, entries, store);
     }
-  } else if (exists(kOutListFile) && !is_regular(kOutListFile)) {
+  } else if (!is_regular(kOutListFile)) {
     findings.worthless(kOutListFile, "is no file: there is no list to follow",
                        "remove it: the next run makes a file");
   }

@@ -109,20 +109,19 @@ void check_rating(Findings& findings, const RatingFile& file) {
   complaints.tell(findings, counted(count, "rated text"), kSaveAgain);
 }
 
-void complain_of_range(Complaints& complaints, const std::string& text, const Pieces& pieces,
-                       const IpRange& range, std::size_t number, bool is_wrong) {
-  // The pieces of a range stand before what is left.
+void complain_of_range(Complaints& complaints, std::string_view text, const IpRange& range,
+                       std::size_t number, bool is_wrong) {
   const std::string name = "range " + std::to_string(number);
+  // Only the last range can be without the piece.
   const std::string_view here =
-      range.country.data() != nullptr ? range.country : pieces.rest().substr(0, 0);
+      range.country.data() != nullptr ? range.country : text.substr(text.find_last_not_of("\r\n"));
   if (is_wrong) {
     complaints.about(here, name + " (" + std::to_string(range.first) + " to " +
                                std::to_string(range.last) +
                                ") is out of order, overlaps the one before it or ends before it "
                                "begins");
   }
-  const bool cut = number > 1 && range.country.empty();
-  if (cut || range.country.empty()) {
+  if (range.country.empty()) {
     complaints.about_file(name + " has no country: line " + std::to_string(line_of(text, here)));
   }
 }
@@ -141,7 +140,7 @@ void check_addresses(Findings& findings) {
   for (IpRange range; next_ip_range(pieces, range); last = range.last) {
     ++ranges;
     const bool wrong = range.first > range.last || (ranges > 1 && range.first <= last);
-    complain_of_range(complaints, *text, pieces, range, ranges, wrong);
+    complain_of_range(complaints, *text, range, ranges, wrong);
     if (range.first <= range.last) addresses += std::uint64_t{range.last} - range.first + 1;
   }
   const std::size_t dot = text->find('.');
@@ -155,14 +154,11 @@ void check_addresses(Findings& findings) {
   } else if (ranges == 0) {
     findings.off(kTable, "holds no range: every country is unknown", "install the table again");
   } else {
-    complaints.tell(findings,
-                    counted(ranges, "range") + " cover " + std::to_string(addresses) + " addresses",
-                    remedy);
-    if (!findings.is_off(kTable) && addresses < kNextToNothing) {
-      findings.off(kTable,
-                   counted(ranges, "range") + " cover " + std::to_string(addresses) +
-                       " addresses, next to nothing: nearly every country is unknown",
-                   remedy);
+    const std::string covered = counted(ranges, "range") + (ranges == 1 ? " covers " : " cover ") +
+                                std::to_string(addresses) + " addresses";
+    complaints.tell(findings, covered, remedy);
+    if (complaints.empty() && addresses < kNextToNothing) {
+      findings.off(kTable, covered + ", next to nothing: nearly every country is unknown", remedy);
     }
   }
 }

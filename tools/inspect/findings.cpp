@@ -1,6 +1,7 @@
 #include "findings.h"
 
 #include <algorithm>
+#include <cctype>
 
 namespace vantrel::inspect {
 namespace {
@@ -44,6 +45,9 @@ void describe(Finding& finding, const Cause& cause, const NameList& paths) {
           "chown -R " + current_user() + " the site, or start the run as " + cause.where;
       break;
   }
+  if (!finding.text.empty()) {
+    finding.text[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(finding.text[0])));
+  }
   finding.text = reason + ". " + finding.text;
 }
 
@@ -63,7 +67,7 @@ Finding finding_off(const std::string& subject, const std::string& text,
 void Findings::add(Finding finding) { list_.push_back(std::move(finding)); }
 
 void Findings::fine(const std::string& subject, const std::string& text) {
-  if (!is_off(subject)) add(make(Severity::fine, Question::none, subject, text, ""));
+  add(make(Severity::fine, Question::none, subject, text, ""));
 }
 
 void Findings::note(const std::string& subject, const std::string& text) {
@@ -143,6 +147,9 @@ void Findings::settle() {
     add(std::move(refused.worst));
   }
   refused_.clear();
+  std::erase_if(list_, [this](const Finding& finding) {
+    return finding.severity == Severity::fine && is_off(finding.subject);
+  });
   std::stable_sort(list_.begin(), list_.end(), [](const Finding& a, const Finding& b) {
     return std::pair(a.above_all, a.severity) > std::pair(b.above_all, b.severity);
   });

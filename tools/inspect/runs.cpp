@@ -95,8 +95,9 @@ void print_runs(const Json& view) {
               << counted(stretch["runs"].get<std::size_t>(), "run") << '\n';
   }
   if (view["unreadable_lines"] != 0) {
-    std::cout << coloured(Colour::yellow, cell(view["unreadable_lines"]) +
-                                              " lines of the run history are no run stamps")
+    std::cout << coloured(Colour::yellow,
+                          counted(view["unreadable_lines"].get<std::size_t>(), "line") +
+                              " of the run history without a run stamp")
               << '\n';
   }
 }

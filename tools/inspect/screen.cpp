@@ -101,7 +101,7 @@ std::size_t table_width(const std::vector<Column>& columns,
                         const std::vector<std::vector<std::string>>& rows) {
   std::size_t width = 0;
   for (const std::size_t column : column_widths(columns, rows)) width += column + 2;
-  return width > 0 ? width - 2 : 0;
+  return width - 2;
 }
 
 void print_table(const std::vector<Column>& columns,

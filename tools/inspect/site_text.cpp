@@ -94,7 +94,8 @@ void print_site(const Json& view) {
   print_chart(view["days"], "date");
   if (view["unreadable_days"] != 0) {
     std::cout << coloured(Colour::yellow,
-                          cell(view["unreadable_days"]) + " records of the history have no date")
+                          counted(view["unreadable_days"].get<std::size_t>(), "record") +
+                              " of the history without a date")
               << '\n';
   }
 }
