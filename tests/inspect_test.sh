@@ -93,22 +93,6 @@ echo "== what the views say"
 value() { inspect $1 --json | python3 -c "import json, sys; d = json.load(sys.stdin)['data']; print($2)"; }
 expect() { [ "$2" = "$3" ] || fail "$1: '$2', not '$3'"; checks=$((checks + 1)); }
 fresh
-printf '11161240\n11161241\n11161242\n11161246\nrubbish\n11161247\n' >"$site/l/sys/cron.run"
-expect "gap of three minutes" "$(value runs '[s["minutes_missed_before"] for s in d["stretches"]], d["unreadable_lines"]')" "[0, 3] 1"
-for minute in 10 11 12; do
-  printf '|2026111612%s|cron|1|d&#47;%s|0||||\n' $minute t\&#47\;20 $minute proxy $minute h\&#47\;site20.example.his
-done >"$site/l/sys/sys.log"
-printf '|202611161247|cron|1|d&#47;t&#47;21|1||||\n|202611161248|admin|7|some text|0||||\nhalf a li' >>"$site/l/sys/sys.log"
-while IFS='|' read -r arguments wanted; do
-  expect "events $arguments" "$(value "events $arguments" '[(e["times"], e["subject"], e["time"][11:]) for e in d["events"]]')" "$wanted"
-done <<'TABLE'
-3|[(1, 'd/t/21', '12:47'), (1, 'some text', '12:48'), (1, '', '')]
---trade 20|[(3, 'd/t/20', '12:12'), (3, 'd/h/site20.example.his', '12:12')]
---trade site20.example --since 12:12|[(1, 'd/t/20', '12:12'), (1, 'd/h/site20.example.his', '12:12')]
---level 1|[(1, 'd/t/21', '12:47')]
---since 1m|[(1, 'd/t/21', '12:47'), (1, 'some text', '12:48'), (1, '', '')]
---since 2026-11-17|[]
-TABLE
 (cd "$site" && at_clock "$build/vantrel-cron")
 expect "shares" "$(value list 'round(sum(e["share_percent"] for e in d["entries"]))')" 100
 expect "windows" "$(value 'trade 20' 'd["last24"]["rin"]')" "$(value trades '[t["in24"] for t in d["trades"] if t["id"] == 20][0]')"
@@ -130,10 +114,6 @@ expect "the reserved share" "$(value site '[d["reserved"]["last24"][k] for k in 
   "$(value trades "[($reserved)(c) for c in ('in24', 'clk24', 'out24')]")"
 expect "quality and ratio" "$(value site '(d["last07"]["quality_back"], d["last07"]["out_per_in"])')" \
   "$(value site '(lambda w: (round(w["rtc"] / w["clk"], 1), round(w["out"] / w["rin"] * 100, 1)))(d["last07"])')"
-day() { printf '|%s|%s|2|3|4|5|6|7|8|9|10|11|1.5e+06|nan|-1e300|0|17|18|19|20||||||||||' "$@"; }
-{ day 20261109 7; day 20261113 4294967295; day 20261114 1; day 20261114 2; day '<b>' 3; day 20261116 4; printf '|2026'; } >"$site/d/h/all.his"
-expect "days and odd records" "$(value site '[(r["date"], r["late"], r["rin"]) for r in d["days"][1:]], tuple(d["days"][0][c] for c in ("rti", "rto", "rtc")), d["week_before"]["rin"], d["yesterday"]["noref_in"], d["unreadable_days"]')" \
-  "[('2026-11-13', False, -1), ('2026-11-13', True, 1), ('2026-11-14', False, 2), ('2026-11-15', True, 4)] (1500000, 0, -2147483648) 7 18 2"
 
 echo "== many sites"
 # Beside a healthy site: one whose run would end early, one with hostile names, a place that is none.
@@ -176,21 +156,6 @@ assert len(set(families)) == len(families) and {name for name, labels in series}
 assert sum('trade="twin"' in labels and 'counter="rin"' in labels for name, labels in series) == 3
 assert sum(l.endswith('site",window="24h",counter="rin"} ' + sys.argv[2]) for l in samples) == 1
 PYTHON
-while read -r age limit wanted; do
-  touch -d "@$((now - age))" "$site/d/out.lst"
-  untouched "alive" inspect alive --minutes $limit
-  expect "a list of $age seconds, limit $limit" "$status $(grep -o 's;.*' "$work/out")" "$wanted s;$((limit * 60));$((limit * 120))"
-done <<'TABLE'
-180 3 0
-181 3 1
-360 3 1
-361 3 2
-361 7 0
--61 3 1
-TABLE
-rm "$site/d/out.lst"
-untouched "no list" inspect alive
-expect "no list" $status 2
 
 fi
 if [ "$half" != views ]; then
@@ -273,17 +238,6 @@ for other in '' -h help --versions '--help --help' "--version x"; do
   rm -f "$site/d/out.lst"
   start $other >"$work/out"
   [ -f "$site/d/out.lst" ] && [ ! -s "$work/out" ] || fail "vantrel-cron $other: no run"
-done
-
-echo "== wrong usage"
-fresh
-for usage in '' 'lists' '--no-such-option' 'trade' 'events many' 'events --since noon' 'events --level 2' 'trades --sort colour' 'trades --columns name' 'list --site /no/such/folder'; do
-  untouched "usage '$usage'" inspect $usage
-  [ "$status" = 3 ] || fail "usage '$usage': status $status"
-done
-for missing in 'trade nobody-of-that-name' 'trade 99999'; do
-  untouched "$missing" inspect $missing
-  [ "$status" = 1 ] || fail "$missing: status $status"
 done
 
 fi

@@ -132,9 +132,7 @@ void check_sleep(Findings& findings) {
   const std::string what = "a run started before second " + second + " of its minute ends silently";
   const std::string remedy =
       "put 0 into d/sleep, or have the scheduler start the run later in the minute";
-  StartClock latest;  // a second for which every gate is open, to see whether there is one
-  latest.local.tm_sec = 0;
-  if (!sleep_gate_closed(latest)) return;
+  if (!sleep_gate_closed(StartClock{})) return;  // open for second 0 it is always open
   if (!exists(kLastRunFile)) {
     findings.off(kSleep, what, remedy);
   } else if (const StartClock next = start_clock_of(expected_start()); sleep_gate_closed(next)) {

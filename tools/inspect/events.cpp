@@ -137,12 +137,15 @@ Json event_json(const Group& group) {
 void print_event(const Json& event) {
   const bool ended = event["level"] == "1";
   const bool repeated = event["times"] != 1;
+  const bool damaged = event["source"] == "";
   std::cout << cell(repeated ? event["first"] : event["time"]) << "  "
-            << coloured(ended ? Colour::red : Colour::yellow,
-                        event["subject"] == "" ? "gap" : cell(event["subject"]));
+            << coloured(ended ? Colour::red : Colour::yellow, damaged ? "a damaged line"
+                                                              : event["subject"] == ""
+                                                                  ? "gap"
+                                                                  : cell(event["subject"]));
   if (event["consequence"] != "") {
     std::cout << "  " << cell(event["consequence"]);
-  } else {
+  } else if (!damaged) {
     // Not ours to explain: other programs of the site write here too.
     std::cout << "  (" << cell(event["source"]) << ", code " << cell(event["code"]) << ')';
   }

@@ -61,7 +61,8 @@ void take_paths(Options& options) {
 
 void add_foresight(CLI::App& command, Options& options) {
   command.add_option("--with", options.with, "Another file in the place of a settings file")
-      ->type_name("FILE=OTHER");
+      ->type_name("FILE=OTHER")
+      ->allow_extra_args(false);
   command.add_option("--hour", options.foresight.hour, "Quotas of this hour of the day")
       ->check(CLI::Range(0, 23))
       ->type_name("H");

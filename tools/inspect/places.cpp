@@ -96,12 +96,9 @@ void Complaints::about_file(const std::string& what) { add(what); }
 
 bool Complaints::shifted(std::string_view ignored, const std::string& unit) {
   if (is_blank(ignored)) return false;
-  if (!is_shifted_) {
-    about(ignored,
-          quote(ignored) + " stands where " + unit +
-              " begins: a piece was lost or added just before it, and all behind is shifted");
-  }
-  is_shifted_ = true;
+  about(ignored,
+        quote(ignored) + " stands where " + unit +
+            " begins: a piece was lost or added just before it, and all behind is shifted");
   return true;
 }
 

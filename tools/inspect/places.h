@@ -42,7 +42,7 @@ class Complaints {
   void about(std::string_view piece, const std::string& what);
   void about_file(const std::string& what);
   // A piece that should be ignored holds something: pieces were lost or added before it, and what
-  // stands behind is read as something else. Only the first is told. False when it is fine.
+  // stands behind is read as something else. False when it is fine.
   bool shifted(std::string_view ignored, const std::string& unit);
 
   [[nodiscard]] bool empty() const { return count_ == 0; }
@@ -57,7 +57,6 @@ class Complaints {
   std::string path_;
   std::string told_;
   std::size_t count_ = 0;
-  bool is_shifted_ = false;
 };
 
 }  // namespace vantrel::inspect

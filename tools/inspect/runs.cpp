@@ -74,7 +74,7 @@ Json runs_view() {
     runs.push_back({{"first", time_text(stretch.first)},
                     {"last", time_text(stretch.last)},
                     {"runs", stretch.runs},
-                    {"minutes_missed_before", step < 0 ? Json() : Json(step / 60 - 1)}});
+                    {"minutes_missed_before", step <= 0 ? Json() : Json(step / 60 - 1)}});
   }
   return {{"unreadable_lines", unreadable}, {"stretches", runs}};
 }

@@ -97,6 +97,11 @@ std::string claim_reason(const Admission& admission) {
   return admission.quota_open ? "quota" : "forced";
 }
 
+std::string claim_words(const Admission& admission) {
+  const std::string reason = claim_reason(admission);
+  return reason == "forced" ? "forced listing" : reason;
+}
+
 // Why a trade in mode 1 or above is not admitted: it sends too little, and nothing lets it in.
 std::string minimum_sentence(const Story& story) {
   const std::int32_t limit = story.forecast.run.settings.uin24_limit;
@@ -104,7 +109,7 @@ std::string minimum_sentence(const Story& story) {
                      " unique hits in 24 hours, the minimum on line 6 of d/set is " + number(limit);
   const Admission& admission = story.admission;
   if (admission.quota_open || admission.guarantee_open || admission.forced) {
-    text += "; its " + claim_reason(admission) +
+    text += "; its " + claim_words(admission) +
             " does not count below the minimum, unless it is set to override it";
   }
   return text;
@@ -210,7 +215,7 @@ std::string sentence_of(const Story& story) {
   } else {
     text += cause(story);
     if (!story.admission.sends_enough) {
-      text += "; its " + claim_reason(story.admission) + " lets it in below the minimum";
+      text += "; its " + claim_words(story.admission) + " lets it in below the minimum";
     }
   }
   return text + "; " + outcome(story) + ".";

@@ -33,7 +33,9 @@ Json quality_step(const WindowQuality& quality, const TrafficCounters& window,
          {std::pair{slot::rti, "rti"}, {slot::rto, "rto"}, {slot::rtc, "rtc"}}) {
       if (window[which] == 0) missing += missing.empty() ? text : std::string(" and ") + text;
     }
-    details.push_back(step(missing, "is 0, so this window counts as 0"));
+    const bool several = missing.size() > 3;
+    details.push_back(
+        step(missing, std::string(several ? "are" : "is") + " 0, so this window counts as 0"));
   } else {
     details.push_back(step(quality.returned_percent, "p: rtc as a percentage of rto"));
     details.push_back(step(number(quality.clicked_per_sent), "q: rtc / rti"));
@@ -115,8 +117,9 @@ Json error_steps(const Story& story) {
   Json errors = Json::array();
   for (const Forecast::FormulaError& found : story.forecast.formula_errors) {
     if (found.position != story.position) continue;
-    errors.push_back(step(found.error.offset,
-                          "characters in: " + error_words(found.error, story.steps.formula.text)));
+    errors.push_back(
+        step(found.error.offset + 1,
+             "is the place of an error: " + error_words(found.error, story.steps.formula.text)));
   }
   return errors;
 }
