@@ -177,11 +177,11 @@ TEST_F(RunTest, SecondsFrom53CountAsTheNextMinuteButForTheStampAndTheLogs) {
     const char* start;
     const char* sleep;
     std::string started;  // hta at minutes divisible by 3, top at even ones
-  } cases[] = {{"12:04:52", "", "top "},       {"12:05:53", "", "hta top "},
-               {"12:05:59", "1", "hta top "},  {"12:05:59", "2", ""},
-               {"12:06:30", "30", "hta top "}, {"12:06:29", "+30x", ""},
-               {"12:06:00", "49", ""},         {"12:06:00", "50", "hta top "},
-               {"12:09:00", "-3", "hta "},     {"12:59:55", "", "hta top "}};
+  } cases[] = {
+      {"12:04:52", "", "top "},   {"12:05:53", "", "hta top "},   {"12:05:59", "1", "hta top "},
+      {"12:05:59", "2", ""},      {"12:06:30", "30", "hta top "}, {"12:06:29", "+30x", ""},
+      {"12:06:00", "49", ""},     {"12:06:00", "50", "hta top "}, {"12:06:00", "1", ""},
+      {"12:09:00", "-3", "hta "}, {"12:59:55", "", "hta top "}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.start);
     lay_out();

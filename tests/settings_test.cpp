@@ -2,6 +2,7 @@
 #include <random>
 #include <set>
 
+#include "base/first_index.h"
 #include "base/numbers.h"
 #include "settings/dynamic_skim.h"
 #include "settings/ip_table.h"
@@ -116,10 +117,29 @@ TEST_F(SiteFixture, CountryOfGivesTheAnswersOfTheBisection) {
       }
     }
   }
-  put("table", "|0|4294967295|X|");
-  IpTable whole;
-  ASSERT_TRUE(whole.load("table"));
-  EXPECT_EQ(whole.country_of(4294967295u), "x");
+  const std::tuple<const char*, std::uint32_t, const char*> written[] = {
+      {"|0|4294967295|X|", 4294967295u, "x"},
+      {"\n|10|19|USA|\n|20|29|DE|\n|30|39|US|", 30, "us"},
+      {"\n|10000000010|10000000019|AA|\n|20000000020|20000000029|BB|", 2820130840u, "bb"}};
+  for (const auto& [text, address, country] : written) {
+    put("table", text);
+    IpTable table;
+    ASSERT_TRUE(table.load("table"));
+    EXPECT_EQ(table.country_of(address), country) << text;
+  }
+}
+
+// Keys of one place in the index are compared one by one: a site must not be slow for its names.
+TEST(FirstIndex, EveryByteOfAKeyDecidesItsPlace) {
+  for (std::size_t size = 1; size <= 70; ++size) {
+    std::set<std::uint64_t> places;
+    for (std::size_t i = 0; i < size; ++i) {
+      std::string key(size, 'a');
+      key[i] = 'b';
+      places.insert(hash_key(key));
+    }
+    EXPECT_EQ(places.size(), size);
+  }
 }
 
 TEST_F(SiteFixture, SkimFollowsTheTrafficOfTheSiteButEntry5) {
@@ -146,7 +166,7 @@ TEST_F(SiteFixture, SkimFollowsTheTrafficOfTheSiteButEntry5) {
       {"|1|0|1|0|72|8|1|8|73|8|1|9", "-1 -1 72 -1 -1 "},
       {"|1|0|1|0|74|9|1|65|75|9|1|66", "-1 -1 74 -1 -1 "},
       {"|1|0|1|0|76|10|1|49|77|10|1|50", "-1 -1 76 -1 -1 "},
-      {"|1|0|1|0|78|11|1|-1|79|0|2|0", "-1 -1 78 -1 -1 "},
+      {"|1|0|1|0|78|11|1|-1|79|0|1|0", "-1 -1 78 -1 -1 "},
       {"|1|0|1|0|60|1|3|0|61|1|1|0\n|62|1|1", "-1 -1 61 -1 -1 "},
       {"|1\n|1|1|1|60|1|1|0|", "-1 -1 -1 -1 -1 "}, {"|0|1|1|1|60|1|1|0|", "-1 -1 -1 -1 -1 "},
       {"", "-1 -1 -1 -1 -1 "}};
