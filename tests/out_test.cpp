@@ -192,6 +192,15 @@ TEST_F(SiteFixture, CapsAreReadInGroupsOfFour) {
   }
 }
 
+TEST_F(SiteFixture, WeightsAreThoseOfTheFileUnlessTheyAreToBeGenerated) {
+  for (const auto& [field, first] : {std::pair{"0", 500}, {"1", 10085}, {"01", 500}}) {
+    put("d/out.mod", std::string("|100|100|100|1|1|1|") + field + "|0|0||");
+    OutSettings settings;
+    ASSERT_TRUE(load_out_settings(settings, 29));
+    EXPECT_EQ(settings.weights[0], first) << field;
+  }
+}
+
 // Entry 10 ranks first with score 900 and takes the first weight; entry 9 takes the other one but
 // is never listed, so gamma, at position 2 of 15, has the second weight (15 - 2)² = 169. Delta
 // sends too little. Alpha, with score 100, stands at position 4: admitted it has (15 - 4)² = 121.
