@@ -49,6 +49,7 @@ TEST_F(TrafficTest, EveryRuleIsAppliedWhereItBelongs) {
       {"in", "2.0.0.1|alpha|x|00|bad|2|/both|||||", {2, 5, 6, 7, 11}},
       {"in", "3.0.0.1|alpha|x||moz|0|/neutral|||||", {1, 4, 11}},
       {"in", "5.0.0.1|alpha|x||moz|0|/|||||", {4, 11}},
+      {"in", "5.0.0.1|alpha|x||gooood|0|/|||||", {4, 11}},  // every pair of "good"
       {"in", "9.9.9.9|alpha|x||moz|0|/|||||", {1, 4, 10}},
       {"out", "1.0.0.1|alpha|57|good|0|gold|5|10|1|/good|x||||", {12, 15, 18, 23, 24, 26, 28, 32}},
       {"out", "4.0.0.1|alpha|57|moz|1||6|11|0|/bad|||||", {13, 16, 19, 20, 22, 24, 27, 32, 33, 34}},
