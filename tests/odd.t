@@ -498,9 +498,51 @@ Names, and numbers that do not fit.
     vantrel_trade_hits{site="HERE",id="16",trade="<b>\\\"x",window="60m",counter="rin"} 0
     vantrel_trade_hits{site="HERE",id="18",trade="\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc",window="60m",counter="rin"} 0 (esc)
     vantrel_trade_hits{site="HERE",id="19",trade="\xc3\xbcwelve letters and more, of a name that is long",window="60m",counter="rin"} -2147483648 (esc)
-    $ vantrel-inspect report | sed -n 's/"directory":"[^"]*"//; s/,"[^"]*",[a-z]*,\[-2/,USER,[-2/; /id="data"/p' | cksum
-    990400037 45512
-    $ cp ../index d/t/index; traffic 12; traffic 19 rin60=7 uin24=12 out24=50 clk07=3
+    $ cat >../unpack.py <<'END'
+    > import json, subprocess, sys
+    > page = json.load(sys.stdin)["data"]
+    > LETTERS = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789-_"
+    > def digits(text, number=0):
+    >     for value in map(LETTERS.index, text):
+    >         number = number * 32 + value % 32
+    >         if value < 32:
+    >             yield number
+    >             number = 0
+    > def unpacked(value):
+    >     if not isinstance(value, list):
+    >         return value
+    >     if len(value) == 1:
+    >         return list(digits(value[0])) if isinstance(value[0], str) else page["pool"][value[0]]
+    >     if value[0] == 0:
+    >         return [unpacked(item) for item in value[1:]]
+    >     keys = page["shapes"][abs(value[0])]
+    >     if value[0] > 0:
+    >         return dict(zip(keys, digits(value[1]) if len(value) <= len(keys) else map(unpacked, value[1:])))
+    >     kinds = {int: lambda column: page["pool"][column], str: digits, list: lambda column: map(unpacked, column)}
+    >     return [dict(zip(keys, row)) for row in zip(*(kinds[type(column)](column) for column in value[1:]))]
+    > for view in "check site list trades events runs".split():
+    >     shown = json.loads(subprocess.check_output(f"vantrel-inspect {view} --json || true", shell=True))
+    >     print(view, "the same" if unpacked(page[view]) == shown["data"] else "differs")
+    > print("notable", unpacked(page["notable"]))
+    > END
+    $ vantrel-inspect report --json | tee ../report.json | python3 ../unpack.py
+    check the same
+    site the same
+    list the same
+    trades the same
+    events the same
+    runs the same
+    notable {'worst_payers': [11, 14], 'newcomers': [11, 13, 14, 17, 18, 15, 16]}
+    $ sed 's/"directory":"[^"]*"//; s/,"[^"]*",[a-z]*,\[-2/,USER,[-2/' ../report.json | cksum
+    1232464926 45486
+    $ cp ../index d/t/index
+    $ for id in 20 21 22 23 24 25; do sed -i 1,2d d/h/site$id.example.his; done; for id in 22 23 24 25; do sed -i 1d d/h/site$id.example.his; done
+    $ traffic 21 rin24=9; traffic 22 rin24=1; traffic 23 out24=1; traffic 24; traffic 25 rin24=2; traffic 26 rin24=49 out24=50; traffic 27 rin24=50 out24=50; traffic 28 out24=49; traffic 29 out24=50; for id in 30 31; do traffic $id rin24=1 out24=$((id + 30)); done
+    $ vantrel-inspect report --json | python3 ../unpack.py | tail -n 1
+    notable {'worst_payers': [31, 30, 29, 11, 26, 14], 'newcomers': [25, 22, 23]}
+    $ for id in {32..35}; do traffic $id rin24=1 out24=$((id + 30)); done; vantrel-inspect report --json | python3 ../unpack.py | tail -n 1
+    notable {'worst_payers': [35, 34, 33, 32, 31, 30, 29, 11], 'newcomers': [25, 22, 23]}
+    $ traffic 12; traffic 19 rin60=7 uin24=12 out24=50 clk07=3
 
 On a terminal.
 
@@ -532,7 +574,7 @@ On a terminal.
        1  12  site12.example     600       0  quota or guarantee    90   60.3%      -6  changed since: guarantee              #######
        2  16  site16.example     300       0  quota or guarantee    90  30.15%      -7  changed since: cap ctt: 42.86% < 50%  ####
        3  20  site20.example      75       0  quota or guarantee    90   7.54%  200.07  changed since: sends, got none        #
-       4  26  site26.example      20       0  quota or guarantee    90   2.01%     150  changed since: below minimum          #
+       4  26  site26.example      20       0  quota or guarantee    90   2.01%       0  changed since: below minimum          #
        5  28  site28.example       0       4  quota or guarantee    90      0%       0  below minimum
     Outgoing list of 2026-11-16 13:07, 5 trades
     rank  id  name            weight  second  state               skim   share   score  reason
@@ -571,7 +613,7 @@ On a terminal.
     ^[[1msite11.example^[[0m, id 11, judged for hour 13
     ^[[1mverdict  site     last run        trades  listed  in60  out60  backup          worst 
     fatal    ../gone  never                -       -     -      -  never           ../gone: ca
-    warning  .        10 seconds ago      25       5     8      8  10 seconds ago  l/sys/cron.
+    warning  .        10 seconds ago      25       5     8      0  10 seconds ago  l/sys/cron.
     2 sites, ^[[31m1 fatal^[[0m, ^[[33m1 warning^[[0m
     The run would end before its list: another run was let in in this minute
     ^[[2mNot shown: 10 reserved without traffic.^[[0m
@@ -583,12 +625,12 @@ The same as JSON, and what monitoring asks for.
     $ json runs; json events 1; json check | sed 's/"user":.*"findings"/"findings"/'; json sites . ../gone | sed "s,$PWD,HERE,"; json alive
     {"view":"runs","data":{"unreadable_lines":1,"stretches":[{"first":"2026-11-16 13:05","last":"2026-11-16 13:05","runs":1,"minutes_missed_before":0},{"first":"2026-11-16 13:07","last":"2026-11-16 13:07","runs":1,"minutes_missed_before":1}]}}
     {"view":"events","data":{"more":1,"events":[{"time":"2026-11-16 13:06","times":1,"first":"2026-11-16 13:06","source":"cron","code":"1","subject":"d/ds","level":"0","consequence":"the run went on","meaning":"The dynamic skim settings cannot be opened.","remedy":"Save the skim settings once in the administration, or check permissions."}]}}
-    {"view":"check","data":{"status":1,"verdict":"The next run would reach its end, but something is off. Something is being lost.","reaches_end":true,"list_worth_following":true,"nothing_lost":false,"findings":[{"severity":"warning","question":"","subject":"l/sys/cron.run","finding":"1 line no run wrote: \"x\"; the run behind one reads a single minute of logs","remedy":"take the lines out; a power cut or another program left them"},{"severity":"warning","question":"","subject":"l/sys/cron.run","finding":"1 gap in the last 3 runs, before 11161307; the run behind it counted what had come in","remedy":"see vantrel-inspect runs; a reboot explains one, a busy machine many"},{"severity":"warning","question":"loss","subject":"events","finding":"1 run ended early in the last hour: d/set; what came in in their minutes is not counted; the last early end was at 2026-11-16 13:06","remedy":"see vantrel-inspect events for what each means"},{"severity":"warning","question":"loss","subject":"d/t/sum","finding":"the windows of 24 hours are not the sum of the minutes in d/t/<id>: site11.example (100, the minutes make 0), site13.example (100, the minutes make 0), site14.example (100, the minutes make 0) and 2 more","remedy":"stop the scheduler and tar xzf d/backup/26-320-11.tar.gz d/t; left alone, the windows stay wrong for ever"},{"severity":"warning","question":"","subject":"trades","finding":"scoring mode is none of 0, 1 and 2: no ratio is checked: site30.example (3), site31.example (3), site34.example (-1)","remedy":"correct the trade in the administration"},{"severity":"warning","question":"","subject":"d/ds","finding":"fewer than four switches: dynamic skim is off","remedy":"save the skim settings again in the administration"},{"severity":"warning","question":"","subject":"d/out.set","finding":"line 3, piece 6: weight 3: \"600.5\" is no number; line 4, piece 8: weight 4: \"-4\" is not above 0; line 5, piece 10: weight 5: \"0\" is not above 0","remedy":"save the outgoing settings again in the administration"},{"severity":"warning","question":"","subject":"d/alerts","finding":"no alert is left that could be sent: 3 of five were","remedy":"set the flags of the sent ones back in the administration, or the thresholds"},{"severity":"ok","question":"","subject":"25 things looked at","finding":"scheduler, disk, d/t/index, l/in, l/out, d/t, d/h, d/jb, d/se, d/proxy, d/traffic.set, d/geo.rating, d/ip.psv, d/agent.rating, d/request.rating, d/tags.rating, d/set, d/out.mod, d/caps, d/nm/track, sh_sync.cgi, sh_hta.cgi, sh_top.cgi, d/backup, list","remedy":""}]}}
-    {"view":"sites","data":{"status":2,"sites":[{"directory":"../gone","path":"../gone","status":2,"worst":{"severity":"fatal","subject":"../gone","finding":"cannot be entered: No such file or directory","remedy":""},"last_run":null,"list_written":null,"backup":null,"entries":null,"trades":null,"listed":null,"last60":null,"last24":null,"last07":null},{"directory":".","path":"HERE","status":1,"worst":{"severity":"warning","subject":"l/sys/cron.run","finding":"1 line no run wrote: \"x\"; the run behind one reads a single minute of logs","remedy":"take the lines out; a power cut or another program left them"},"last_run":1794834440,"list_written":1794834440,"backup":1794834440,"entries":36,"trades":25,"listed":5,"last60":{"rin":8,"uin":7,"out":8,"clk":0,"ctt":0,"ctg":0,"cef":0,"rec":0,"proxy_in":0,"proxy_out":0,"proxy_clk":0,"rti":3,"rto":0,"rtc":3},"last24":{"rin":1015,"uin":4504,"out":658,"clk":0,"ctt":3,"ctg":0,"cef":70,"rec":0,"proxy_in":0,"proxy_out":0,"proxy_clk":0,"rti":28,"rto":34,"rtc":21},"last07":{"rin":0,"uin":0,"out":0,"clk":3,"ctt":0,"ctg":0,"cef":0,"rec":0,"proxy_in":0,"proxy_out":0,"proxy_clk":0,"rti":5,"rto":0,"rtc":0},"events":[{"code":"1","level":"0","count":1},{"code":"1","level":"1","count":1}],"gaps":1,"missed_minutes":1}]}}
+    {"view":"check","data":{"status":1,"verdict":"The next run would reach its end, but something is off. Something is being lost.","reaches_end":true,"list_worth_following":true,"nothing_lost":false,"findings":[{"severity":"warning","question":"","subject":"l/sys/cron.run","finding":"1 line no run wrote: \"x\"; the run behind one reads a single minute of logs","remedy":"take the lines out; a power cut or another program left them"},{"severity":"warning","question":"","subject":"l/sys/cron.run","finding":"1 gap in the last 3 runs, before 11161307; the run behind it counted what had come in","remedy":"see vantrel-inspect runs; a reboot explains one, a busy machine many"},{"severity":"warning","question":"loss","subject":"events","finding":"1 run ended early in the last hour: d/set; what came in in their minutes is not counted; the last early end was at 2026-11-16 13:06","remedy":"see vantrel-inspect events for what each means"},{"severity":"warning","question":"loss","subject":"d/t/sum","finding":"the windows of 24 hours are not the sum of the minutes in d/t/<id>: site11.example (100, the minutes make 0), site13.example (100, the minutes make 0), site14.example (100, the minutes make 0) and 6 more","remedy":"stop the scheduler and tar xzf d/backup/26-320-11.tar.gz d/t; left alone, the windows stay wrong for ever"},{"severity":"warning","question":"","subject":"trades","finding":"scoring mode is none of 0, 1 and 2: no ratio is checked: site30.example (3), site31.example (3), site34.example (-1)","remedy":"correct the trade in the administration"},{"severity":"warning","question":"","subject":"d/ds","finding":"fewer than four switches: dynamic skim is off","remedy":"save the skim settings again in the administration"},{"severity":"warning","question":"","subject":"d/out.set","finding":"line 3, piece 6: weight 3: \"600.5\" is no number; line 4, piece 8: weight 4: \"-4\" is not above 0; line 5, piece 10: weight 5: \"0\" is not above 0","remedy":"save the outgoing settings again in the administration"},{"severity":"warning","question":"","subject":"d/alerts","finding":"no alert is left that could be sent: 3 of five were","remedy":"set the flags of the sent ones back in the administration, or the thresholds"},{"severity":"ok","question":"","subject":"25 things looked at","finding":"scheduler, disk, d/t/index, l/in, l/out, d/t, d/h, d/jb, d/se, d/proxy, d/traffic.set, d/geo.rating, d/ip.psv, d/agent.rating, d/request.rating, d/tags.rating, d/set, d/out.mod, d/caps, d/nm/track, sh_sync.cgi, sh_hta.cgi, sh_top.cgi, d/backup, list","remedy":""}]}}
+    {"view":"sites","data":{"status":2,"sites":[{"directory":"../gone","path":"../gone","status":2,"worst":{"severity":"fatal","subject":"../gone","finding":"cannot be entered: No such file or directory","remedy":""},"last_run":null,"list_written":null,"backup":null,"entries":null,"trades":null,"listed":null,"last60":null,"last24":null,"last07":null},{"directory":".","path":"HERE","status":1,"worst":{"severity":"warning","subject":"l/sys/cron.run","finding":"1 line no run wrote: \"x\"; the run behind one reads a single minute of logs","remedy":"take the lines out; a power cut or another program left them"},"last_run":1794834440,"list_written":1794834440,"backup":1794834440,"entries":36,"trades":25,"listed":5,"last60":{"rin":8,"uin":7,"out":0,"clk":0,"ctt":0,"ctg":0,"cef":0,"rec":0,"proxy_in":0,"proxy_out":0,"proxy_clk":0,"rti":1,"rto":0,"rtc":1},"last24":{"rin":500,"uin":393,"out":1057,"clk":0,"ctt":3,"ctg":0,"cef":49,"rec":0,"proxy_in":0,"proxy_out":0,"proxy_clk":0,"rti":0,"rto":11,"rtc":1},"last07":{"rin":0,"uin":0,"out":0,"clk":3,"ctt":0,"ctg":0,"cef":0,"rec":0,"proxy_in":0,"proxy_out":0,"proxy_clk":0,"rti":0,"rto":0,"rtc":0},"events":[{"code":"1","level":"0","count":1},{"code":"1","level":"1","count":1}],"gaps":1,"missed_minutes":1}]}}
     {"view":"alive","data":{"status":0,"verdict":"the list was written 10 seconds ago","age_seconds":10,"limit_seconds":180}}
     $ printf x >>d/out.lst; truncate -s 700 d/out.lst; touch -d '2026-11-16 13:07:20' d/out.lst; json list; json preview | cut -c1-900; json preview --hits; json why 18 | sed 's/.*"result"/"result"/'; vantrel-inspect list | tail -n 1
     {"view":"list","data":{"written":"2026-11-16 13:07","stray_bytes":200,"header":{"skim_3":60,"skim_6":90,"numbers":[3,5,0],"track":1,"texts":["http://www.host.example/out.cgi","gallery",""]},"entries":[{"rank":1,"id":12,"name":"site12.example","weight":600.0,"second_weight":0.0,"share_percent":100.0,"state":"quota or guarantee","skim":90,"score":-6.0,"reason":"changed since: guarantee"}]}}
-    {"view":"preview","data":{"hour":13,"hits":false,"events":[],"entries":[{"id":17,"name":"site17.example","change":"enters","before":null,"after":{"rank":1,"weight":1500.0,"second_weight":0.0,"share_percent":46.88,"state":"normal","skim":null},"share_change_percent":46.88,"reason":"earned, got none"},{"id":18,"name":"site18.example","change":"enters","before":null,"after":{"rank":2,"weight":900.0,"second_weight":0.0,"share_percent":28.13,"state":"normal","skim":null},"share_change_percent":28.13,"reason":"earned, got none"},{"id":33,"name":"site33.example","change":"enters","before":null,"after":{"rank":3,"weight":600.0,"second_weight":0.0,"share_percent":18.75,"state":"normal","skim":null},"share_change_percent":18.75,"reason":"boost 100%"},{"id":20,"name":"site20.example","change":"enters","before":null,"after":{"rank":4,"weight":-4.0,"second_weight":0.0,"share_percent":0.0,"state":"nor
+    {"view":"preview","data":{"hour":13,"hits":false,"events":[],"entries":[{"id":17,"name":"site17.example","change":"enters","before":null,"after":{"rank":1,"weight":1500.0,"second_weight":0.0,"share_percent":46.88,"state":"normal","skim":null},"share_change_percent":46.88,"reason":"earned, got none"},{"id":18,"name":"site18.example","change":"enters","before":null,"after":{"rank":2,"weight":900.0,"second_weight":0.0,"share_percent":28.13,"state":"normal","skim":null},"share_change_percent":28.13,"reason":"earned, got none"},{"id":20,"name":"site20.example","change":"enters","before":null,"after":{"rank":3,"weight":600.0,"second_weight":0.0,"share_percent":18.75,"state":"normal","skim":null},"share_change_percent":18.75,"reason":"sends, got none"},{"id":29,"name":"site29.example","change":"enters","before":null,"after":{"rank":4,"weight":-4.0,"second_weight":0.0,"share_percent":0.0,"state"
     {"view":"preview","data":{"hour":13,"hits":true,"minutes":1.0,"events":[],"status":2,"ending":"another run was let in in this minute"}}
     "result":{"rank":2,"of":36,"score":300.0,"weight":900.0,"second_weight":0.0,"listed":true,"state":"normal","skim":null},"reason":"earned, got none","sentence":"Rank 2 of 36: its visitors clicked in the last hour and nothing of quality was sent back in it, which lifts its score to 300; it has weight 900."}}
     The file ends inside an entry.
@@ -606,7 +648,7 @@ The same as JSON, and what monitoring asks for.
     {"view":"alive","data":{"status":2,"verdict":"d/out.lst is no file","limit_seconds":180}}
     VANTREL UNKNOWN: d/out.lst: Too many levels of symbolic links
     verdict  site  last run        trades  listed  in60  out60  backup          worst finding
-    warning  .     22 minutes ago      25       -     8      8  22 minutes ago  scheduler: the last run was let in at 2026-11-16 13:07, 22 minutes ago
+    warning  .     22 minutes ago      25       -     8      0  22 minutes ago  scheduler: the last run was let in at 2026-11-16 13:07, 22 minutes ago
     1 site, 1 warning
     vantrel-inspect: d/out.lst is damaged
     vantrel-inspect: d/out.lst is too large to be shown
@@ -628,15 +670,15 @@ Days.
     $ for i in $(seq 1250 -1 1); do day $(date -d "2026-11-16 12:00 $i days ago" +%Y%m%d); done >d/h/all.his; vantrel-inspect site --csv days | sed -n '2p;$p'; json site | python3 -c 'import json, sys; d = json.load(sys.stdin)["data"]; print(len(d["days"]), d["last30"]["days"], d["last30"]["rin"], d["week_before"]["date"], d["yesterday"], d["reserved"]["last60"]["entries"][1], d["reserved"]["last07"]["share_in"])'
     2026-10-17,1,2,3,4,5,6,7,8,9,10,11,12,13,14
     2026-11-15,1,2,3,4,5,6,7,8,9,10,11,12,13,14
-    30 30 30 2026-11-09 {'date': '2026-11-15', 'late': False, 'rin': 1, 'uin': 2, 'out': 3, 'clk': 4, 'ctt': 5, 'ctg': 6, 'cef': 7, 'rec': 8, 'proxy_in': 9, 'proxy_out': 10, 'proxy_clk': 11, 'rti': 12, 'rto': 13, 'rtc': 14, 'out_per_in': 300.0, 'proxy_in_share': 900.0, 'proxy_out_share': 333.3, 'quality_in': 12.0, 'quality_out': 4.3, 'quality_back': 3.5, 'trades': {'rin': 0, 'uin': 0, 'out': 0, 'clk': 0, 'ctt': 0, 'ctg': 0, 'cef': 0, 'rec': 0, 'proxy_in': 0, 'proxy_out': 0, 'proxy_clk': 0, 'rti': 0, 'rto': 0, 'rtc': 0}, 'gallery_out': 15, 'noref_in': 16, 'listed_in': 17} {'position': 1, 'id': 1, 'name': 'gallery', 'collects': 'clicks to the gallery', 'rin': 0, 'clk': 0, 'out': 0, 'share_in': 0.0, 'share_clk': None, 'share_out': 0.0} None
+    30 30 30 2026-11-09 {'date': '2026-11-15', 'late': False, 'rin': 1, 'uin': 2, 'out': 3, 'clk': 4, 'ctt': 5, 'ctg': 6, 'cef': 7, 'rec': 8, 'proxy_in': 9, 'proxy_out': 10, 'proxy_clk': 11, 'rti': 12, 'rto': 13, 'rtc': 14, 'out_per_in': 300.0, 'proxy_in_share': 900.0, 'proxy_out_share': 333.3, 'quality_in': 12.0, 'quality_out': 4.3, 'quality_back': 3.5, 'trades': {'rin': 0, 'uin': 0, 'out': 0, 'clk': 0, 'ctt': 0, 'ctg': 0, 'cef': 0, 'rec': 0, 'proxy_in': 0, 'proxy_out': 0, 'proxy_clk': 0, 'rti': 0, 'rto': 0, 'rtc': 0}, 'gallery_out': 15, 'noref_in': 16, 'listed_in': 17} {'position': 1, 'id': 1, 'name': 'gallery', 'collects': 'clicks to the gallery', 'rin': 0, 'clk': 0, 'out': 0, 'share_in': 0.0, 'share_clk': None, 'share_out': None} None
     $ { day 20261109; day 20261115; day 20261116; day 20261116; day 2026111; day 20261301; } >d/h/all.his; cp d/h/all.his d/h/trades.his; vantrel-inspect site | sed -n '3,11p;/last . days/,$p'; AT=23:59 vantrel-inspect site | sed -n '/last . days/,$p'
-    60 minutes                  8       7    8       0    100%        0%         0%   0.4      0       -
-    24 hours                 1015    4504  658       0   64.8%        0%         0%     0    0.1       -
-    7 days                      0       0    0       3       -         -          -     -      -       0
-    2026-11-16 until 13:07      1       0    1       1    100%        0%         0%     0     17      17
-    2026-11-15, day before      1       2    3       4    300%      900%     333.3%    12    4.3     3.5
-    2026-11-09, week before     1       2    3       4    300%      900%     333.3%    12    4.3     3.5
-    4 days recorded             4       8   12      16    300%      900%     333.3%    12    4.3     3.5
+    60 minutes                 8       7     0       0      0%        0%          -   0.1      -       -
+    24 hours                 500     393  1057       0  211.4%        0%         0%     0      0       -
+    7 days                     0       0     0       3       -         -          -     -      -       0
+    2026-11-16 until 13:07     1       0     1       1    100%        0%         0%     0     17      17
+    2026-11-15, day before     1       2     3       4    300%      900%     333.3%    12    4.3     3.5
+    2026-11-09, week before    1       2     3       4    300%      900%     333.3%    12    4.3     3.5
+    4 days recorded            4       8    12      16    300%      900%     333.3%    12    4.3     3.5
     q: points the traffic rules gave an incoming hit, a click sent out and a click of a
     trade's visitor on average; an ordinary one has 10.
     The last 4 days of the history
@@ -654,10 +696,10 @@ Days.
     2026-11-16   1       2    3       4
     2 records of the history without a date
     $ : >d/h/all.his; vantrel-inspect site | sed -n '3,8p;/last . days/,$p'; : >d/h/site11.example.his; vantrel-inspect trade 11 | tail -n 2; for i in {01..15}; do day 202610$i; done >d/h/site11.example.his; vantrel-inspect trade 11 | tail -n 15 | sed -n '1,2p;$p'
-    60 minutes                 8       7    8       0    100%        0%         0%   0.4      0       -
-    24 hours                1015    4504  658       0   64.8%        0%         0%     0    0.1       -
-    7 days                     0       0    0       3       -         -          -     -      -       0
-    2026-11-16 until 13:07     1       0    1       1    100%        0%         0%     0     17      17
+    60 minutes                8       7     0       0      0%        0%          -   0.1      -       -
+    24 hours                500     393  1057       0  211.4%        0%         0%     0      0       -
+    7 days                    0       0     0       3       -         -          -     -      -       0
+    2026-11-16 until 13:07    1       0     1       1    100%        0%         0%     0     17      17
     q: points the traffic rules gave an incoming hit, a click sent out and a click of a
     trade's visitor on average; an ordinary one has 10.
     The last 0 days of the history
@@ -720,11 +762,11 @@ What cannot be answered.
     3
     3
     $ vantrel-inspect preview --hour 23 --list-file ../x | head -n 1; stat -c %s ../x; vantrel-inspect why 29 --hour 0 | sed -n 1p
-    The next outgoing list, for hour 23: 21 changes
-    4388
+    The next outgoing list, for hour 23: 14 changes
+    2876
     site29.example, id 29, judged for hour 0
     $ for size in 9000 8900; do truncate -s $size d/t/index; vantrel-inspect trades | tail -n 2; done; rm d/t/index; vantrel-inspect trades; vantrel-inspect why 11; vantrel-inspect report | grep -o '"unavailable[^]]*' | head -n 1; rm -r d/t; vantrel-inspect sites . | tail -n 2 | cut -c1-90
-        all 10                              8      8  1015    4504    658      0    64%     0      0
+        all 10                              8      0   500     393   1057      0   211%     0      0
     Not shown: 9 reserved without traffic.
     vantrel-inspect: d/t/index holds fewer than ten entries
     vantrel-inspect: d/t/index cannot be opened
