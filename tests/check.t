@@ -365,6 +365,11 @@ The days, the logs, the runs, and what they leave behind.
     1 run ended early in the last hour: d/set; what came in in their minutes is not counted; the last early end was at 2026-11-16 13:05 -> see vantrel-inspect events for what each means
     1 run ended early in the last hour: d/t/12; what came in in their minutes is not counted; the last early end was at 2026-11-16 13:05 -> see vantrel-inspect events for what each means
     2 runs ended early in the last hour: d/t/index; the last early end was at 2026-11-16 13:05 -> see vantrel-inspect events for what each means
+    $ printf '#!/bin/bash\nsleep 9\n:' >vantrel-cron; chmod 755 vantrel-cron; for i in 1 2; do ./vantrel-cron >../x & sleep 0.5; told processes | wc -l; done; told processes | sed 's/for [0-9]* seconds\?/for SECONDS/'
+    0
+    1
+    2 runs of this site at work, the oldest for SECONDS, waiting for sleep, sleep -> a companion script, tar or the mail program does not end, or the disk is slow: look at it (ps), end it and mend it; the runs lose nothing by it
+    $ kill $(jobs -p); wait; (cd d; ../vantrel-cron >../../x) & ./vantrel-cron >../x & sleep 0.5; told processes; kill $(jobs -p)
 
 Whether the next list is worth following.
 

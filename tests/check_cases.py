@@ -85,10 +85,10 @@ CASES = [
     (2, 'd/nm/track', 'rm d/nm/track', 'silent'),
     # One cause, one finding.
     (2, 'this is no site', 'rm -rf d l', 'true'),
-    (2, 'd/t: the folder is not there', 'rm -r d/t', 'said d/t/index'),
+    (2, 'd/t: the folder is not there (2 paths: d/t/index, d/t/sum). The trade database cannot be opened or written. -> make the folder, or get it back: tar xzf d/backup/', 'rm -r d/t', 'said d/t/index'),
     (2, 'd/t: the folder may not be entered', 'chmod 600 d/t', 'said d/t/index'),
-    (2, 'd: the folder may not be entered', 'chmod 600 d', 'said d/t/index'),
-    (2, 'l: the folder is not there', 'rm -r l', 'true'),
+    (2, '(19 paths: d/agent.rating, d/alerts, d/backup and 16 more). The trade database cannot be opened or written. -> give the run\'s user search', 'chmod 600 d', 'said d/t/index'),
+    (2, 'l: the folder is not there (4 paths: l/hdd.check, l/sys/cron.last, l/sys/cron.run and 1 more). The scratch file', 'rm -r l', 'true'),
     # Counts that are lost.
     (1, 'no line for 31 trades with traffic', ': >d/t/sum', '[ $(window 20 14) -lt 10 ]'),
     (1, 'no line for 1 trade with traffic', 'sed -i 21d d/t/sum', '[ $(window 20 14) -lt 10 ]'),
@@ -193,10 +193,15 @@ def model(work):
 
 # The same for what only root can lay out; the run is that of "nobody", a start at second 0.
 ROOT_CASES = [
-    (2, 'l/hdd.check', 'rm l/hdd.check; mount -o remount,nr_inodes=$(($(df --output=iused . | tail -1))) .', 'true'),
-    (1, 'is full', 'truncate -s %4096 d/t/sum; head -c 999999 /dev/zero >l/in/26-319-11-47; cat /dev/zero 2>x >fill; true', '[ ! -e l/in/26-319-11-47 ]'),
-    (2, 'read-only', 'mount -o remount,ro .', 'true'),
-    (2, 'nobody', 'chown -R root:root .', 'true'),
+    (2, 'disk: the file system of l takes no further file, though it has room (no inodes), and l/hdd.check is not there to be overwritten -> remove small', 'rm l/hdd.check; mount -o remount,nr_inodes=$(($(df --output=iused . | tail -1))) .', 'true'),
+    (2, 'the file system of l is full, and l/hdd.check is not there to be overwritten ->', 'rm l/hdd.check; cat /dev/zero 2>x >fill; true', 'true'),
+    (1, 'has to remove the hit logs that are due first', 'rm l/hdd.check; head -c 99999 /dev/zero >l/out/26-319-11-46; cat /dev/zero 2>x >fill; true', '[ ! -e l/out/26-319-11-46 ]'),
+    (1, 'only 1100 KiB are left for d/t ->', 'fallocate -l $(($(df --output=avail . | tail -1) - 1100))K fill', 'silent'),
+    (0, '', 'fallocate -l $(($(df --output=avail . | tail -1) - 2000))K fill', 'silent'),
+    (1, 'd/alerts: The alert settings cannot be opened or written. It belongs to root. ->', 'chown root d/alerts; chmod 600 d/alerts', 'true'),
+    (1, 'is full: hits of this minute are not logged', 'truncate -s %4096 d/t/sum; head -c 999999 /dev/zero >l/in/26-319-11-47; cat /dev/zero 2>x >fill; true', '[ ! -e l/in/26-319-11-47 ]'),
+    (2, 'mounted read-only (86 paths: d/alerts, d/backup, d/h/all.his and 83 more). The scratch file l/hdd.check cannot be written. -> mount it writable', 'mount -o remount,ro .', 'true'),
+    (2, 'ownership: 86 paths of root cannot be used by nobody: d/alerts, d/backup, d/h/all.his and 83 more. The scratch', 'chown -R root:root .', 'true'),
     (2, 'd/sleep', 'echo 1 >d/sleep; touch -d "2026-11-16 12:47:00" l/sys/cron.last', 'silent'),
 ]
 

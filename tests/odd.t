@@ -652,6 +652,15 @@ The same as JSON, and what monitoring asks for.
     1 site, 1 warning
     vantrel-inspect: d/out.lst is damaged
     vantrel-inspect: d/out.lst is too large to be shown
+    $ long=../$(printf 'x%.0s' {1..250}); cp -a . $long; (ulimit -f 1; vantrel-inspect sites $long $long ../gone $long ../gone ../gone | sed 's/xx*/x/g; s/   */  /g')
+    verdict  site  last run  trades  listed  in60  out60  backup  worst finding
+    fatal  ../x  never  -  -  -  -  never  ../x: the examination broke off
+    fatal  ../x  never  -  -  -  -  never  ../x: the examination broke off
+    fatal  ../gone  never  -  -  -  -  never  ../gone: cannot be entered: No such file or directory
+    fatal  ../x  never  -  -  -  -  never  ../x: the examination broke off
+    fatal  ../gone  never  -  -  -  -  never  ../gone: cannot be entered: No such file or directory
+    fatal  ../gone  never  -  -  -  -  never  ../gone: cannot be entered: No such file or directory
+    6 sites, 6 fatal
     $ mkdir ../bare; vantrel-inspect metrics ../gone ../bare | grep -v '^#' | sed "s,$(dirname $PWD),,"; for place in ../bare d; do vantrel-inspect check --site $place | grep -v 'looked at as'; done; vantrel-inspect site --site d
     vantrel_check_status{site="../gone"} 2
     vantrel_check_status{site="/bare"} 2
@@ -761,7 +770,7 @@ What cannot be answered.
     3
     3
     3
-    $ vantrel-inspect preview --hour 23 --list-file ../x | head -n 1; stat -c %s ../x; vantrel-inspect why 29 --hour 0 | sed -n 1p
+    $ printf '%09999d' 1 >../x; vantrel-inspect preview --hour 23 --list-file ../x | head -n 1; stat -c %s ../x; vantrel-inspect why 29 --hour 0 | sed -n 1p
     The next outgoing list, for hour 23: 14 changes
     2876
     site29.example, id 29, judged for hour 0

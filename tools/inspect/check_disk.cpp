@@ -5,8 +5,10 @@
 #include <string>
 #include <utility>
 
+#include "base/clock.h"
 #include "checks.h"
 #include "site.h"
+#include "store/hit_log_names.h"
 #include "store/summary.h"
 
 namespace vantrel::inspect {
@@ -25,12 +27,30 @@ void check_scratch(Findings& findings) {
   }
 }
 
-// A full file system takes no logs. The run still overwrites the files it has, but its check file
-// must be there already.
+// Whether there are logs that the next run would remove for room; see make_room().
+bool has_due_logs() {
+  constexpr std::time_t kKept = 25 * 60 * 60;
+  const std::time_t due = expected_start() - 60 - kKept;
+  for (const std::time_t minute : {due, due - 60}) {
+    const std::string stamp = format_time(kMinuteStampFormat, minute);
+    if (exists(in_log_path(stamp)) || exists(out_log_path(stamp))) return true;
+  }
+  return false;
+}
+
+// A full file system takes no logs. The run still overwrites the files it has, but without its
+// check file it needs room for a new one.
 void tell_full(Findings& findings, const std::string& what, const std::string& remedy) {
-  if (file_size(kScratch) == 0) {
-    findings.ends_run("disk", what + ", and " + kScratch + " is not there to be overwritten",
-                      remedy);
+  const std::string missing = std::string(", and ") + kScratch + " is not there to be overwritten";
+  if (file_size(kScratch) == 0 && !has_due_logs()) {
+    findings.ends_run("disk", what + missing, remedy);
+  } else if (file_size(kScratch) == 0) {
+    findings.lost(
+        "disk",
+        what + missing +
+            ": the next run has to remove the hit logs that are due first, and ends early "
+            "if others take their room",
+        remedy);
   } else {
     findings.lost("disk",
                   what +
