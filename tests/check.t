@@ -199,12 +199,57 @@ The trades and their windows.
     holds the reserved entries only: there is no trade -> tar xzf d/backup/26-320-11.tar.gz d/t/index, before a run: what comes in meanwhile is counted as unknown
     12 entries, reserved ones included
     its length is no multiple of 996: the last entry is cut short -> tar xzf d/backup/26-320-11.tar.gz d/t/index
+    $ whole() { vantrel-inspect check "$@" | grep -v 'looked at as'; }
+    $ fresh; whole --verbose; truncate -s 8964 d/t/index; whole; : >d/t/index; truncate -s 22908 d/t/index; whole; rm d/t/index; whole
+    ok: scheduler: the last run was let in at 2026-11-16 13:07
+    ok: l/sys/cron.run: no gap, no double run
+    ok: disk: takes data
+    ok: d/t/index: 23 entries, reserved ones included
+    ok: d/t/sum: 23 lines
+    ok: l/in: 4 logs
+    ok: l/out: 4 logs
+    ok: d/t: 23 statistics files
+    ok: d/h: every trade has its days
+    ok: d/jb: is there
+    ok: d/ds: 2 conditions
+    ok: d/se: names counted apart
+    ok: d/proxy: 40 addresses
+    ok: d/traffic.set: 36 rules
+    ok: d/geo.rating: 17 rated texts
+    ok: d/ip.psv: 1 range covers 3964319951 addresses
+    ok: d/agent.rating: 24 rated texts
+    ok: d/request.rating: 4 rated texts
+    ok: d/tags.rating: 4 rated texts
+    ok: d/set: six lines
+    ok: d/out.mod: built-in score
+    ok: d/out.set: 14 weights
+    ok: d/caps: 7 caps
+    ok: d/nm/track: a number
+    ok: d/alerts: alerts can be sent
+    ok: sh_sync.cgi: can be started
+    ok: sh_hta.cgi: can be started
+    ok: sh_top.cgi: can be started
+    ok: d/backup: the newest archive can be read
+    ok: list: the next one is worth following
+    The next run would reach its end. Its list is worth following, nothing is being lost.
+    fatal: d/t/index: The trade database holds fewer than ten entries. -> Restore d/t/index from the newest archive in d/backup/.
+    ok: 25 things looked at: scheduler, l/sys/cron.run, disk, l/in, l/out, d/t, d/jb, d/ds, d/se, d/proxy, d/traffic.set, d/geo.rating, d/ip.psv, d/agent.rating, d/request.rating, d/tags.rating, d/set, d/out.mod, d/out.set, d/nm/track, d/alerts, sh_sync.cgi, sh_hta.cgi, sh_top.cgi, d/backup
+    The next run would end early.
+    warning: d/t/index: holds nothing but zero bytes: every trade is gone -> tar xzf d/backup/26-320-11.tar.gz d/t/index, before a run: what comes in meanwhile is counted as unknown
+    warning: list: the next list is empty: no visitor is sent to a trade -> vantrel-inspect why and preview show what each trade lacks
+    ok: 26 things looked at: scheduler, l/sys/cron.run, disk, d/t/sum, l/in, l/out, d/t, d/jb, d/ds, d/se, d/proxy, d/traffic.set, d/geo.rating, d/ip.psv, d/agent.rating, d/request.rating, d/tags.rating, d/set, d/out.mod, d/out.set, d/nm/track, d/alerts, sh_sync.cgi, sh_hta.cgi, sh_top.cgi, d/backup
+    The next run would reach its end, but something is off. Its list is not worth following. Something is being lost.
+    fatal: d/t/index: The trade database cannot be opened or written. -> Restore d/t/index from a backup, or give the run's user read and write permission.
+    ok: 25 things looked at: scheduler, l/sys/cron.run, disk, l/in, l/out, d/t, d/jb, d/ds, d/se, d/proxy, d/traffic.set, d/geo.rating, d/ip.psv, d/agent.rating, d/request.rating, d/tags.rating, d/set, d/out.mod, d/out.set, d/nm/track, d/alerts, sh_sync.cgi, sh_hta.cgi, sh_top.cgi, d/backup
+    The next run would end early.
     $ fresh; set-trade.py . 23 name=fresh.example; told d/t/sum; told d/out.lst; fresh; sed -i '12,13d; 15s/^/|7/' d/t/sum; told d/t/sum
+    no line yet for new trades: fresh.example
     24 lines
     line 13 has 45 bars instead of 44, "|7|14|101|71|118|97|75|22|77|22|3|3|6|1275|1644|1347|2493|1736|2674|23...": all behind is read shifted; no line for 3 trades with traffic: site11.example, site12.example, site14.example start again at 0 -> stop the scheduler at once, for the next run writes the damage back; then tar xzf d/backup/26-320-11.tar.gz d/t/sum and start it again
     $ fresh; sed -i '12s/$/|/; 13s/|0|/|x|/; 14s/|$//; 15s/^|/|+/; 16s/^|/ |/; 17p; 18s/^|../|99/' d/t/sum; told d/t/sum; set-trade.py . 23 name=fresh.example; : >d/t/sum; told d/t/sum
     line 12 has 45 bars instead of 44, "|11|61|46|66|51|42|9|43|15|3|4|3|768|935|714|1444|1029|1511|1363|1148|...": all behind is read shifted; line 14 has 43 bars instead of 44, "|13|212|152|220|205|171|34|171|47|15|13|6|2659|3060|2872|5004|3518|529...": all behind is read shifted; line 16 has 44 bars instead of 44, " |15|47|30|51|47|37|10|35|15|5|2|1|592|714|644|1113|768|1189|1056|889|...": all behind is read shifted; and 3 more -> stop the scheduler at once, for the next run writes the damage back; then tar xzf d/backup/26-320-11.tar.gz d/t/sum and start it again
-    24 lines
+    no line for 18 trades with traffic: gallery, noref, marked and 15 more start again at 0 -> stop the scheduler at once, for the next run writes the damage back; then tar xzf d/backup/26-320-11.tar.gz d/t/sum and start it again
+    no line yet for new trades: direct, content, toplist and 3 more
     $ slots() { python3 -c 'import struct, sys; i, n, r, o = map(int, sys.argv[1:]); open(f"d/t/{i}", "wb").write(struct.pack("<3i44x", r, 0, o) * n + bytes(56 * (1440 - n)))' "$@"; }
     $ window() { awk -F'|' -v OFS='|' -v id=$1 -v rin=$2 -v out=$3 '$2 == id { $17 = rin; $19 = out } { print }' d/t/sum >../sum; cat ../sum >d/t/sum; }
     $ fresh; for case in '0 0 0 50 50' '0 0 0 51 50' '0 0 0 50 51' '1 100 0 600 0' '1 100 0 601 0' '1 0 100 0 600' '1 0 100 0 601' '1000 10 0 13333 0' '1000 10 0 13334 0' '1000 10 0 7500 0' '1000 10 0 7499 0' '1 50000000 0 50000000 0' '1 50000001 0 50000000 0' '1 0 -1 0 0'; do

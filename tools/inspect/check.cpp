@@ -38,7 +38,7 @@ void examine(Findings& findings) {
     check_recent_events(findings);
     check_disk(findings);
     const bool has_trades = check_index(findings, store);
-    check_summary(findings, store);
+    check_summary(findings, store, has_trades);
     check_hit_logs(findings, store);
     check_statistics(findings, store);
     if (has_trades) check_trades(findings, store);
@@ -49,7 +49,7 @@ void examine(Findings& findings) {
     check_rules(findings);
     check_ratings(findings);
     check_main_settings(findings, store);
-    check_outgoing(findings, store);
+    check_outgoing(findings, store, has_trades);
     check_alerts(findings);
     check_programs(findings);
     check_backups(findings);

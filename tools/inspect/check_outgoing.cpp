@@ -123,10 +123,10 @@ void complain_of_cap(Complaints& complaints, const CapPieces& cap,
   }
 }
 
-void check_caps(Findings& findings, const TradeStore& store) {
+void check_caps(Findings& findings, const TradeStore& store, bool has_trades) {
   constexpr const char* kCaps = "d/caps";
   const auto text = examined(findings, kCaps, event::caps_missing);
-  if (!text || store.trades.empty() || findings.is_off(kIndexFile)) return;
+  if (!text || !has_trades) return;
   std::set<std::int32_t> ids;
   for (const TradeRecord& trade : store.trades) ids.insert(trade.id);
   Complaints complaints(*text, kCaps);
@@ -166,7 +166,6 @@ void check_track(Findings& findings) {
 // Entries of the present list that no trade of the index has.
 void check_entries(Findings& findings, const std::vector<OutListEntry>& entries,
                    const TradeStore& store) {
-  if (store.trades.empty() || findings.is_off(kIndexFile)) return;
   std::set<std::int32_t> ids;
   for (const TradeRecord& trade : store.trades) ids.insert(trade.id);
   NameList strangers;
@@ -180,7 +179,7 @@ void check_entries(Findings& findings, const std::vector<OutListEntry>& entries,
                "let a run write it anew; if it comes back, look at what wrote to it");
 }
 
-void check_list_file(Findings& findings, const TradeStore& store) {
+void check_list_file(Findings& findings, const TradeStore& store, bool has_trades) {
   if (!may_create_or_write(kOutListFile)) {
     Finding finding = finding_of(kOutListFile, event::out_list_unwritable);
     finding.question = Question::list;
@@ -198,7 +197,7 @@ void check_list_file(Findings& findings, const TradeStore& store) {
     if (!whole) {
       findings.off(kOutListFile, "is not whole: visitors are sent by what is left of it",
                    "let a run write it anew, the next one does; then look at what wrote to it");
-    } else {
+    } else if (has_trades) {
       check_entries(findings, entries, store);
     }
   } else if (!is_regular(kOutListFile)) {
@@ -209,12 +208,12 @@ void check_list_file(Findings& findings, const TradeStore& store) {
 
 }  // namespace
 
-void check_outgoing(Findings& findings, const TradeStore& store) {
+void check_outgoing(Findings& findings, const TradeStore& store, bool has_trades) {
   const auto modifiers = check_modifiers(findings);
   check_weights(findings, modifiers && modifiers->generates_weights());
-  check_caps(findings, store);
+  check_caps(findings, store, has_trades);
   check_track(findings);
-  check_list_file(findings, store);
+  check_list_file(findings, store, has_trades);
 }
 
 }  // namespace vantrel::inspect

@@ -182,18 +182,18 @@ bool check_access(Findings& findings) {
 
 }  // namespace
 
-void check_summary(Findings& findings, TradeStore& store) {
+void check_summary(Findings& findings, TradeStore& store, bool has_trades) {
   if (!check_access(findings) || store.works.empty()) return;
   const std::string text = read_file(kSummaryFile).value_or("");
   add_summary(store, text);
   // What the run would write of what it read is what a run wrote: then it is whole.
-  if (encode_summary(store.works) != text && !findings.is_off(kIndexFile)) {
+  if (encode_summary(store.works) != text && has_trades) {
     Reader reader(text, store);
     reader.read();
     reader.compare(store);
     reader.tell(findings);
   }
-  if (!findings.is_off(kSummaryFile) && !findings.is_off(kIndexFile)) {
+  if (!findings.is_off(kSummaryFile) && has_trades) {
     compare_with_slots(findings, store);
   }
   findings.fine(kSummaryFile, counted(store.works.size(), "line"));

@@ -21,9 +21,9 @@ void check_disk(Findings& findings);
 void check_hit_logs(Findings& findings, const TradeStore& store);
 
 // The trade store. It is empty when there is no index; the windows are of the last run. False when
-// the records are not worth judging one by one.
+// the records are not worth judging one by one, nor what should agree with them.
 [[nodiscard]] bool check_index(Findings& findings, TradeStore& store);
-void check_summary(Findings& findings, TradeStore& store);
+void check_summary(Findings& findings, TradeStore& store, bool has_trades);
 void check_statistics(Findings& findings, const TradeStore& store);
 void check_trades(Findings& findings, const TradeStore& store);  // settings of single trades
 void check_history(Findings& findings, const TradeStore& store);
@@ -35,7 +35,7 @@ void check_skim(Findings& findings);
 void check_lists(Findings& findings, const TradeStore& store);  // d/se, d/proxy
 void check_rules(Findings& findings);
 void check_ratings(Findings& findings);  // the four ratings and the address table
-void check_outgoing(Findings& findings, const TradeStore& store);
+void check_outgoing(Findings& findings, const TradeStore& store, bool has_trades);
 void check_alerts(Findings& findings);
 
 void check_programs(Findings& findings);  // companion scripts, tar
