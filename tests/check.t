@@ -242,6 +242,11 @@ The trades and their windows.
     fatal: d/t/index: The trade database cannot be opened or written. -> Restore d/t/index from a backup, or give the run's user read and write permission.
     ok: 25 things looked at: scheduler, l/sys/cron.run, disk, l/in, l/out, d/t, d/jb, d/ds, d/se, d/proxy, d/traffic.set, d/geo.rating, d/ip.psv, d/agent.rating, d/request.rating, d/tags.rating, d/set, d/out.mod, d/out.set, d/nm/track, d/alerts, sh_sync.cgi, sh_hta.cgi, sh_top.cgi, d/backup
     The next run would end early.
+    $ for size in 283 284 285 500 2660; do fresh; truncate -s $size d/out.lst; told d/out.lst; done; for n in 0 1 2 3; do printf '\143' | dd of=d/out.lst bs=1 seek=$((284 + 216 * n)) conv=notrunc status=none; done; told d/out.lst; rm d/out.lst; told d/out.lst
+    is not whole: visitors are sent by what is left of it -> let a run write it anew, the next one does; then look at what wrote to it
+    is not whole: visitors are sent by what is left of it -> let a run write it anew, the next one does; then look at what wrote to it
+    lists what is no trade of d/t/index: "site20.example", "site17.example", "site14.example" and 1 more; visitors are sent there until the next run -> let a run write it anew; if it comes back, look at what wrote to it
+    is not there yet: the next run writes it
     $ fresh; set-trade.py . 23 name=fresh.example; told d/t/sum; told d/out.lst; fresh; sed -i '12,13d; 15s/^/|7/' d/t/sum; told d/t/sum
     no line yet for new trades: fresh.example
     24 lines
@@ -400,6 +405,11 @@ The days, the logs, the runs, and what they leave behind.
     can be started
     can be started
     its interpreter "no-such-shell" is not on the path; what the shell says of it goes to the standard error of the run, which schedulers mail -> install it, or correct the first line of the script
+    $ PATH=/nowhere "$(command -v vantrel-inspect)" check | grep -E ': (tar|gzip): '; env -u PATH "$(command -v vantrel-inspect)" check | grep -cE ': (tar|gzip): '
+    warning: tar: is not on the path: no backup is made; what the shell says of it goes to the standard error of the run, which schedulers mail -> install tar with gzip support
+    warning: gzip: is not on the path: no backup is made; what the shell says of it goes to the standard error of the run, which schedulers mail -> install tar with gzip support
+    0
+    [1]
     $ rm sh_top.cgi; told sh_top.cgi; mkdir sh_top.cgi; told sh_top.cgi
     the companion script is missing; what the shell says of it goes to the standard error of the run, which schedulers mail -> put it back and make it executable for the run's user
     is no file; what the shell says of it goes to the standard error of the run, which schedulers mail -> put it back and make it executable for the run's user

@@ -26,7 +26,8 @@ FROZEN_CLOCK=\$now LD_PRELOAD=$work/clock.so exec $build/vantrel-cron
 END
 cat >"$work/bin/vantrel-inspect" <<END
 #!/bin/sh
-now=\$((\$(cat $work/now) - 40))
+read now <$work/now
+now=\$((now - 40))
 [ -z "\$AT" ] || now=\$(date -d "2026-11-16 \$AT" +%s)
 FROZEN_CLOCK=\$now LD_PRELOAD=$work/clock.so exec $build/vantrel-inspect "\$@"
 END

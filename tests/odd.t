@@ -304,6 +304,79 @@ Trades of which each stands where it does for another reason.
     22  site22.example     -   17       -   (81)       -      0%  enters   no number
     31  site31.example     -   20       -    (4)       -      0%  enters   no number
     34  site34.example     -   21       -    (1)       -      0%  enters   no number
+    $ poke() { printf "$3" | dd of=$1 bs=1 seek=$2 conv=notrunc status=none; }
+    $ poke d/t/index $((996 * 29 + 900)) '\144'; poke d/t/index $((996 * 29 + 900 + 4 * 13)) '\7'; vantrel-inspect trade 29 | grep -A2 '^quota'; for hour in 0 13 23; do vantrel-inspect why 29 --hour $hour | grep ' of hour '; done
+    quota of clicks    in force for 1 more hour
+      from 0:00         100   3   3   3   3   3   3   3   3   3   3   3
+      from 12:00          3   7   3   3   3   3   3   3   3   3   3   3
+      100  quota of hour 0: open
+      7  quota of hour 13: open
+      3  quota of hour 23: open
+    $ touch -d '2026-11-16 13:59:20' l/sys/cron.last; for at in 13:58:30 13:59:30 14:00:30; do AT=$at vantrel-inspect preview | grep '^The\|site\(29\|30\)'; AT=$at vantrel-inspect why 29 | grep 'hours it is'; done; touch -d '2026-11-16 13:07:20' l/sys/cron.last
+    The next outgoing list, for hour 13: 23 changes
+    29  site29.example     -    9       -  (144)       -      0%  enters   quota
+    30  site30.example     -   10       -  (121)       -      0%  enters   forced
+        1  hours it is in force, -1 for ever
+    The next outgoing list, for hour 14: 22 changes
+    30  site30.example     -    9       -      0       -      0%  enters   below minimum
+        1  hours it is in force, -1 for ever
+    The next outgoing list, for hour 14: 22 changes
+    30  site30.example     -    9       -      0       -      0%  enters   below minimum
+        1  hours it is in force, -1 for ever
+    $ for at in 13:07:20 13:07:21 13:09:19 13:09:20 15:07:19 15:07:20 '13:07:19 2 days' '13:07:20 2 days'; do AT=$at vantrel-inspect sites . | sed -n '2s/.*\.  *\([0-9]* [a-z]* ago\)  *25.*/\1/p'; done
+    0 seconds ago
+    1 second ago
+    119 seconds ago
+    2 minutes ago
+    119 minutes ago
+    2 hours ago
+    47 hours ago
+    2 days ago
+    $ cp -p d/out.lst ..; poke d/out.lst 284 '\143'; poke d/out.lst $((284 + 216 + 160)) '\0\0\0\0\0\0\360\177'; touch -r ../out.lst d/out.lst; vantrel-inspect list; vantrel-inspect preview | tail -n 4; cp -p ../out.lst d
+    Outgoing list of 2026-11-16 13:07, 5 trades
+    rank  id  name            weight  second  state               skim   share   score  reason
+       1  99  site12.example     600       0  quota or guarantee    90  86.33%       -  no longer a trade
+       2  16  site16.example     inf       0  quota or guarantee    90      0%      -7  changed since: cap ctt: 42.86% < 50%
+       3  20  site20.example      75       0  quota or guarantee    90  10.79%  200.07  changed since: sends, got none
+       4  26  site26.example      20       0  quota or guarantee    90   2.88%     150  changed since: below minimum
+       5  28  site28.example       0       4  quota or guarantee    90      0%       0  below minimum
+    20  site20.example     3    -      75      -  10.79%       -  leaves   sends, got none
+    26  site26.example     4    -      20      -   2.88%       -  leaves   below minimum
+    28  site28.example     5    -     (4)      -      0%       -  leaves   below minimum
+    99  site12.example     1    -     600      -  86.33%       -  leaves   no such trade any more
+    $ rm d/ds; vantrel-inspect preview | head -n 2; vantrel-inspect why 29 --json | grep -c meaning; : >d/ds; vantrel-inspect preview --json | grep -c meaning
+    d/ds  The dynamic skim settings cannot be opened.
+    dynamic skim settings can not be loaded  Follows the event of the missing d/ds: every trade keeps its own skim.
+    0
+    0
+    [1]
+    $ for file in d/out.mod d/nm/track d/set d/t/sum d/t/index; do mv $file ..; vantrel-inspect preview; vantrel-inspect list 2>&1 | sed -n '1,3p' | cut -c1-80; mv ../${file##*/} $file; done; rm l/sys/cron.last; AT=13:09 vantrel-inspect preview --hits | tail -n 1 | cut -c1-40; echo 30 >d/sleep; AT=13:09 vantrel-inspect preview --hits; rm d/sleep; touch -d '2026-11-16 13:07:20' l/sys/cron.last
+    d/out.mod  The outgoing modifiers cannot be opened; the old outgoing list stays.
+    The run would end before its list: d/out.mod
+    Outgoing list of 2026-11-16 13:07, 5 trades
+    rank  id  name            weight  second  state               skim   share  scor
+       1  12  site12.example     600       0  quota or guarantee    90   60.3%      
+    The run would end before its list: Unable to open file d/nm/track
+    Outgoing list of 2026-11-16 13:07, 5 trades
+    rank  id  name            weight  second  state               skim   share  scor
+       1  12  site12.example     600       0  quota or guarantee    90   60.3%      
+    d/set  The main settings cannot be opened.
+    The run would end before its list: d/set
+    Outgoing list of 2026-11-16 13:07, 5 trades
+    rank  id  name            weight  second  state               skim   share  scor
+       1  12  site12.example     600       0  quota or guarantee    90   60.3%      
+    d/t/sum  The totals of all windows cannot be opened or written.
+    The run would end before its list: d/t/sum
+    Outgoing list of 2026-11-16 13:07, 5 trades
+    rank  id  name            weight  second  state               skim   share  scor
+       1  12  site12.example     600       0  quota or guarantee    90   60.3%      
+    d/t/index  The trade database cannot be opened or written.
+    The run would end before its list: d/t/index
+    Outgoing list of 2026-11-16 13:07, 5 trades
+    rank  id  name            weight  second  state               skim   share  scor
+       1  12  site12.example     600       0  quota or guarantee    90   60.3%      
+    28  site28.example     5    -     (4)   
+    The run would end before its list: d/sleep holds back a run started in this second
 
 Events.
 
@@ -405,6 +478,10 @@ Events.
     vantrel-inspect: --since takes 2026-11-23, "2026-11-23 12:50", 12:50, 90m, 12h or 2d
     vantrel-inspect: --since takes 2026-11-23, "2026-11-23 12:50", 12:50, 90m, 12h or 2d
     [3]
+    $ for minute in {10..30}; do event 12$minute cron 1 d/x$minute 0; done >l/sys/sys.log; vantrel-inspect events | head -n 2; vantrel-inspect events 99 | wc -l
+    1 other event before these
+    2026-11-16 12:11  d/x11  (cron, code 1)
+    21
     $ rm l/sys/sys.log; vantrel-inspect events; mkdir l/sys/sys.log; vantrel-inspect events; rmdir l/sys/sys.log
     No events.
     No events.
@@ -534,7 +611,7 @@ Names, and numbers that do not fit.
     runs the same
     notable {'worst_payers': [11, 14], 'newcomers': [11, 13, 14, 17, 18, 15, 16]}
     $ sed 's/"directory":"[^"]*"//; s/,"[^"]*",[a-z]*,\[-2/,USER,[-2/' ../report.json | cksum
-    3697599579 45839
+    12470439 45936
     $ cp ../index d/t/index
     $ for id in 20 21 22 23 24 25; do sed -i 1,2d d/h/site$id.example.his; done; for id in 22 23 24 25; do sed -i 1d d/h/site$id.example.his; done
     $ traffic 21 rin24=9; traffic 22 rin24=1; traffic 23 out24=1; traffic 24; traffic 25 rin24=2; traffic 26 rin24=49 out24=50; traffic 27 rin24=50 out24=50; traffic 28 out24=49; traffic 29 out24=50; for id in 30 31; do traffic $id rin24=1 out24=$((id + 30)); done

@@ -174,7 +174,9 @@ Json events_view(const EventsQuery& query) {
 
 void print_events(const Json& view) {
   if (view["more"] != 0) {
-    std::cout << coloured(Colour::faint, cell(view["more"]) + " other events before these") << '\n';
+    std::cout << coloured(Colour::faint,
+                          counted(view["more"].get<std::size_t>(), "other event") + " before these")
+              << '\n';
   } else if (view["events"].empty()) {
     std::cout << "No events.\n";
   }
