@@ -119,7 +119,7 @@ command a line for each text that is tried. Where that is to change: see views.t
     line 2, piece 8: the cap "-2147483648" is below -1; line 3, piece 12: the cap "-2147483649" is no number; line 5, piece 20: the cap "1x" is no number -> save the caps again in the administration
     line 1, piece 1: "x" stands where a cap begins: a piece was lost or added just before it, and all behind is shifted -> save the caps again in the administration
     line 1, piece 5: the last cap is cut short: "?|11" -> save the caps again in the administration
-    $ says d/nm/track '' '7' '|7' '|7|' '| 7 |x' '|7x|' '||' '\0\0'
+    $ says d/nm/track '' '7' '|7' '|7|' '| 7 |x' '|7x|' '||' '|+|' '|-00|' '|- 5|' '|-2147483648|' '|4294967297|' "|$(printf 'x%.0s' {1..70})|" "|$(printf 'x%.0s' {1..71})|" '\0\0'
     holds no number between two bars: 1 is used, the text is "" -> write |1| or the number of the tracking setting into it
     holds no number between two bars: 1 is used, the text is "7" -> write |1| or the number of the tracking setting into it
     a number
@@ -127,6 +127,13 @@ command a line for each text that is tried. Where that is to change: see views.t
     a number
     "7x" is no number and counts as 7 -> write |1| or the number of the tracking setting into it
     "" is no number and counts as 0 -> write |1| or the number of the tracking setting into it
+    "+" is no number and counts as 0 -> write |1| or the number of the tracking setting into it
+    a number
+    "- 5" is no number and counts as 0 -> write |1| or the number of the tracking setting into it
+    a number
+    "4294967297" is no number and counts as 1 -> write |1| or the number of the tracking setting into it
+    "xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx" is no number and counts as 0 -> write |1| or the number of the tracking setting into it
+    "xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx..." is no number and counts as 0 -> write |1| or the number of the tracking setting into it
     2 NUL bytes, the first is byte 1: not as it was written -> save it anew in the administration, or put a copy back; a power cut does this
     $ says d/alerts '' '|0|a|b|0|0|0|0|0|0|0|0|0|0|' '|./send.mail|a@b.cd|a@b.c|0|0|0|0|0|0|0|0|0|0|0|' '|./sendmail|a@b.cd|a@b.cd|0|0|0|0|0|0|0|0|0|0|0|'
     There are 0 pieces instead of 14. The alert settings do not have exactly 14 fields; no alert is sent. -> Save the alert settings again in the administration.

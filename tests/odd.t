@@ -519,7 +519,8 @@ Names, and numbers that do not fit.
     $ name() { printf "$2\0" | dd of=d/t/index bs=1 seek=$((996 * $1 + 4)) conv=notrunc status=none; }
     $ cp d/t/index ..; name 11 'z\xc3\xbcrich \xc2\xa0'; name 12 '\xe6\x97\xa5\xe6\x9c\xac \xf0\x9f\x98\x80 \xf4\x8f\xbf\xbf'; name 13 '\xc2\x80\xc2\x9f\xc1\x81\xf5abc'; name 14 '\xe6\x97'; name 15 '\x7f\x1f\x01\x1bx ~'
     $ name 16 '<b>\\"x'; name 17 '\xe6\x97x\xc3'; name 18 '\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc'; name 19 '\xc3\xbcwelve letters and more, of a name that is long'
-    $ vantrel-inspect trades --columns out24 | sed -n '1,2p;13,23p'; traffic 12 rin24=-5 out60=2147483647; vantrel-inspect trades --sort out60 --top 4; vantrel-inspect trades | sed -n '5,13p;$p'
+    $ name 20 '\xdf\xbf\xe0\xa0\x80\xef\xbf\xbd\xf0\x90\x80\x80'; name 21 '\xc3A\xe6\x97A\xf0\x90\x80A\xdf\xc0'
+    $ vantrel-inspect trades --columns out24 | sed -n '1,2p;13,24p'; traffic 12 rin24=-5 out60=2147483647; vantrel-inspect trades --sort out60 --top 4; vantrel-inspect trades | sed -n '5,13p;$p'
     Traffic of the last 60 minutes, 24 hours and 7 days up to 2026-11-16 13:07
     id  name                                             out24
     10  spare (reserved)                                     0
@@ -532,7 +533,8 @@ Names, and numbers that do not fit.
     17  ??x?                                                20
     18  \xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc                                        20 (esc)
     19  \xc3\xbcwelve letters and more, of a name that is long      1 (esc)
-    20  site20.example                                       3
+    20  \xdf\xbf\xe0\xa0\x80\xef\xbf\xbd\xf0\x90\x80\x80                                                 3 (esc)
+    21  ?A??A???A??                                          2
     Traffic of the last 60 minutes, 24 hours and 7 days up to 2026-11-16 13:07
     id  name            in60       out60  in24  uniq24  out24  clk24  ratio  in07  out07
     12  \xe6\x97\xa5\xe6\x9c\xac \xf0\x9f\x98\x80 \xf4\x8f\xbf\xbf             0  2147483647    -5       0      0      0     0%     0      0 (esc)
@@ -549,13 +551,13 @@ Names, and numbers that do not fit.
     17  ??x?                               0           0    20      20     20      0   100%     0      0
     18  \xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc\xc3\xbc                       0           0    20      20     20      0   100%     0      0 (esc)
     19  \xc3\xbcwelve letters and more, of a~     0           0     1      10      1      0   100%     0      0 (esc)
-    20  site20.example                     0           0    20      20      3      0    15%     0      0
+    20  \xdf\xbf\xe0\xa0\x80\xef\xbf\xbd\xf0\x90\x80\x80                               0           0    20      20      3      0    15%     0      0 (esc)
     Not shown: 10 reserved without traffic.
     $ traffic 19 $(for window in 60 24 07; do for counter in rin uin out clk; do echo $counter$window=-2147483648; done; done); vantrel-inspect trades | sed -n '2p;12,15p;$p'
     id  name                 in60        out60         in24       uniq24        out24        clk24
     19  \xc3\xbcwelve lett~  -2147483648  -2147483648  -2147483648  -2147483648  -2147483648  -2147483648 (esc)
-    20  site20.exam~            0            0           20           20            3            0
-    21  site21.exam~            0            0           12           11            2            0
+    20  \xdf\xbf\xe0\xa0\x80\xef\xbf\xbd\xf0\x90\x80\x80                    0            0           20           20            3            0 (esc)
+    21  ?A??A???A??             0            0           12           11            2            0
     22  site22.exam~            0            0           20           12            2            0
     Not shown: 10 reserved without traffic; 3 columns.
     $ for sort in 'id --reverse' 'name' 'name --reverse' 'clk24 --reverse'; do vantrel-inspect trades --columns in24 --top 2 --sort $sort | sed -n 3,4p; done; vantrel-inspect trades --reverse --top 99 --columns left | sed -n 3,4p; vantrel-inspect trades --top 0 | tail -n 2
@@ -609,9 +611,9 @@ Names, and numbers that do not fit.
     trades the same
     events the same
     runs the same
-    notable {'worst_payers': [11, 14], 'newcomers': [11, 13, 14, 17, 18, 15, 16]}
+    notable {'worst_payers': [11, 14], 'newcomers': [11, 13, 14, 17, 18, 20, 15, 21]}
     $ sed 's/"directory":"[^"]*"//; s/,"[^"]*",[a-z]*,\[-2/,USER,[-2/' ../report.json | cksum
-    12470439 45936
+    1881531627 46108
     $ cp ../index d/t/index
     $ for id in 20 21 22 23 24 25; do sed -i 1,2d d/h/site$id.example.his; done; for id in 22 23 24 25; do sed -i 1d d/h/site$id.example.his; done
     $ traffic 21 rin24=9; traffic 22 rin24=1; traffic 23 out24=1; traffic 24; traffic 25 rin24=2; traffic 26 rin24=49 out24=50; traffic 27 rin24=50 out24=50; traffic 28 out24=49; traffic 29 out24=50; for id in 30 31; do traffic $id rin24=1 out24=$((id + 30)); done
@@ -660,28 +662,18 @@ On a terminal.
     2026-11-16 13:05 to 2026-11-16 13:05  1 run
     ^[[33m  gap: 1 minute without a run^[[0m
     $ for rin in 100 50 1 0; do printf "|202611$((10 + rin % 7))|$rin|0|0|0|0|0|0|0|0|0|0|0|0|0|0|0|0|0|0||||||||||"; done >d/h/all.his
-    $ tty trade 19 | tail -n 15; tty site | sed -n '1,2p;/last 24 hours/,$p' | tail -n 6; tty why 11 | head -n 1; tty sites . ../gone | cut -c1-90; tty preview --hits | tail -n 1; tty trades | tail -n 1; AT=13:20 tty trades | head -n 1
-    2026-11-16 11:00   0       0    0       0
-    2026-11-16 12:00   0       0    0       0
-    2026-11-16 13:00   0       0    0       0
-    
-    The last 9 days of the history
-    ^[[1mdate        in  unique  out  clicks^[[0m
-    2026-11-07   0       0    0       0
-    2026-11-08   0       0    0       0
-    2026-11-09   0       0    0       0
-    2026-11-10   0       0    0       0
-    2026-11-11   0       0    0       0
-    2026-11-12   0       0    0       0
-    2026-11-13   0       0    0       0
-    2026-11-14   0       0    0       0
-    2026-11-15   0       0    0       0
-    The last 4 days of the history
-    ^[[1mdate         in  unique  out  clicks^[[0m
+    $ tty site | tail -n 4; sed -i 's/|100|/|1|/; s/|50|/|0|/' d/h/all.his; tty site | tail -n 4; tty trade 19 | tail -n 3; tty why 11 | head -n 1; tty sites . ../gone | cut -c1-90; tty preview --hits | tail -n 1; tty trades | tail -n 1; AT=13:20 tty trades | head -n 1
     2026-11-12  100       0    0       0  ########################################
     2026-11-10   50       0    0       0  ####################
     2026-11-11    1       0    0       0  #
     2026-11-10    0       0    0       0
+    2026-11-12   1       0    0       0  ########################################
+    2026-11-10   0       0    0       0
+    2026-11-11   1       0    0       0  ########################################
+    2026-11-10   0       0    0       0
+    2026-11-13   0       0    0       0
+    2026-11-14   0       0    0       0
+    2026-11-15   0       0    0       0
     ^[[1msite11.example^[[0m, id 11, judged for hour 13
     ^[[1mverdict  site     last run        trades  listed  in60  out60  backup          worst 
     fatal    ../gone  never                -       -     -      -  never           ../gone: ca
@@ -802,6 +794,20 @@ Days.
 
 What cannot be answered.
 
+    $ for command in '' site sites metrics alive list why preview trades trade events runs check; do vantrel-inspect $command --help | tr -s ' \n' ' '; echo; done
+    Looks at a site of the maintenance run without changing it. Usage: vantrel-inspect [OPTIONS] SUBCOMMAND Options: -h,--help Show this help, or that of a command --version Show the version --site DIR Directory of the site, instead of the current one --json Print the view as JSON Subcommands: site The site as a whole: windows, hours, days sites Many sites, a line each, worst first metrics Figures for Prometheus, as a text file alive Was a list written just now? For monitoring list The outgoing list as visitors will see it why Why a trade stands where it does, step by step preview The next list beside the present one trades All trades and their traffic trade Everything about one trade events The last events of the log, explained runs The run history and its gaps check What is wrong, what a run now would do about it report All of it as a page for a browser Exit status: 0 fine; 1 check: something is off, other views: not available; 2 check: the run would end early; 3 wrong usage. 
+    The site as a whole: windows, hours, days Usage: vantrel-inspect site [OPTIONS] Options: -h,--help Show this help, or that of a command --csv days|hours Print only this, as comma-separated values 
+    Many sites, a line each, worst first Usage: vantrel-inspect sites [OPTIONS] directories... Positionals: directories DIR ... REQUIRED Their directories Options: -h,--help Show this help, or that of a command 
+    Figures for Prometheus, as a text file Usage: vantrel-inspect metrics [OPTIONS] [directories...] Positionals: directories DIR ... Directories of sites Options: -h,--help Show this help, or that of a command --trades Also the windows of every trade 
+    Was a list written just now? For monitoring Usage: vantrel-inspect alive [OPTIONS] Options: -h,--help Show this help, or that of a command --minutes N Within so many minutes (3) 
+    The outgoing list as visitors will see it Usage: vantrel-inspect list [OPTIONS] Options: -h,--help Show this help, or that of a command 
+    Why a trade stands where it does, step by step Usage: vantrel-inspect why [OPTIONS] [trade] Positionals: trade NAME|ID Its name or id Options: -h,--help Show this help, or that of a command --all All of them, a sentence each --with FILE=OTHER ... Another file in the place of a settings file --hour H:INT in [0 - 23] Quotas of this hour of the day --hits Credit the logs a run started now would read 
+    The next list beside the present one Usage: vantrel-inspect preview [OPTIONS] Options: -h,--help Show this help, or that of a command --with FILE=OTHER ... Another file in the place of a settings file --hour H:INT in [0 - 23] Quotas of this hour of the day --hits Credit the logs a run started now would read --changed The largest changes first --list-file FILE Write the list's bytes there 
+    All trades and their traffic Usage: vantrel-inspect trades [OPTIONS] Options: -h,--help Show this help, or that of a command --sort COLUMN Sort by a column, by its title --reverse The other way round --top N Only the first N, by in24 if not sorted --columns LIST ... These columns, such as in24,out24,left --wide All columns and all entries 
+    Everything about one trade Usage: vantrel-inspect trade [OPTIONS] trade Positionals: trade NAME|ID REQUIRED Its name or id Options: -h,--help Show this help, or that of a command 
+    The last events of the log, explained Usage: vantrel-inspect events [OPTIONS] [count] Positionals: count N How many (20) Options: -h,--help Show this help, or that of a command --since TIME From then on: 2026-11-23, 12:50, 90m, 12h, 2d --level LEVEL:{0,1} 1: only what ended a run; 0: the rest --trade NAME|ID Only of this trade 
+    The run history and its gaps Usage: vantrel-inspect runs [OPTIONS] Options: -h,--help Show this help, or that of a command 
+    What is wrong, what a run now would do about it Usage: vantrel-inspect check [OPTIONS] Options: -h,--help Show this help, or that of a command --user NAME Look with the rights of this user (root only) --verbose Tell also what is fine 
     $ for question in why 'why 11 --all' 'why 99' 'trade 0x0b' 'trades --columns id' 'trades --sort x' 'preview --with d/set' 'preview --with d/x=../formula' 'preview --with d/se=../formula' 'preview --with d/set=../gone' 'why 11 --hits' 'preview --list-file /dev/full' 'preview --list-file ../gone/x' 'report -o ../gone/x' 'list --site ../gone' 'check --user no-such-user'; do vantrel-inspect $question 2>&1 | sed "s,$PWD,HERE,"; echo ${PIPESTATUS[0]}; done
     vantrel-inspect: why takes a trade, or --all
     3
@@ -835,7 +841,15 @@ What cannot be answered.
     3
     vantrel-inspect: there is no user no-such-user
     3
-    $ for question in 'preview --hour 24' 'preview --hour -1' 'alive --minutes 0' 'alive --minutes 1000001' 'site --csv weeks' 'events --level 3'; do vantrel-inspect $question >../x 2>&1; echo $?; done
+    $ for question in 'preview --hour 24' 'preview --hour -1' 'alive --minutes 0' 'alive --minutes 1000001' 'site --csv weeks' 'events --level 3' 'events many' 'trades --top x' '' lists sites trade 'trade 11 12' --no-such; do vantrel-inspect $question >../x 2>&1; echo $?; done
+    3
+    3
+    3
+    3
+    3
+    3
+    3
+    3
     3
     3
     3
