@@ -147,7 +147,7 @@ command a line for each text that is tried. Where that is to change: see views.t
     no alert is sent: the path of the mail program ("short") has fewer than eleven characters, or an address is none -> correct the alert settings in the administration
     the mail program cannot be executed: ./mail/nothing; an alert counts as sent all the same and is lost without a line -> check the path of the mail program in the alert settings
     the shell that starts the mail program gives "; x" a meaning of its own -> leave the path of the program only; options may follow it
-    $ for t in '1|0|4294967294|0|1|0|1|0|1|0' '0|0|-1|1|0|0|5|1|2147483647|0' '0|0|5|0|0|0|5|0|2147483647|0' '0|0|4294967295|0|0|0|4294967295|0|2147483647|0' '1|1|x|1|1|1|1|1|1|2' '1|0|2147483648|0|1|1|1|1|2147483647|1' '0|0|2|1|3|1|4|1|5|1' '0|1|2|1|3|1|4|1|2147483646|0'; do alerts ./mail/sendmail.sh "$t"; done
+    $ for t in '1|0|4294967294|0|1|0|1|0|1|0' '0|0|-1|1|0|0|5|1|2147483647|0' '0|0|5|0|0|0|5|0|2147483647|0' '0|0|4294967295|0|0|0|4294967295|0|2147483647|0' '1|1|x|1|1|1|1|1|1|2' '1|0|2147483648|0|1|1|1|1|2147483647|1' '0|0|2|1|3|1|4|1|5|1' '0|1|2|1|3|1|4|1|2147483646|0' '1|0|2147483647|0|1|0|2147483647|0|2147483646|0'; do alerts ./mail/sendmail.sh "$t"; done
     "4294967294" is no number, the threshold "4294967294" is below 0 -> correct the alert settings in the administration
     the threshold "-1" is below 0 -> correct the alert settings in the administration
     no alert is left that could be sent: 2 of five were -> set the flags of the sent ones back in the administration, or the thresholds
@@ -158,6 +158,7 @@ command a line for each text that is tried. Where that is to change: see views.t
     no alert is left that could be sent: 5 of five were -> set the flags of the sent ones back in the administration, or the thresholds
     "2147483648" is no number, the threshold "2147483648" is below 0 -> correct the alert settings in the administration
     no alert is left that could be sent: 4 of five were -> set the flags of the sent ones back in the administration, or the thresholds
+    alerts can be sent
     alerts can be sent
 
 The trades and their windows.
@@ -427,7 +428,7 @@ The days, the logs, the runs, and what they leave behind.
     1 run ended early in the last hour: d/set; what came in in their minutes is not counted; the last early end was at 2026-11-16 13:05 -> see vantrel-inspect events for what each means
     1 run ended early in the last hour: d/t/12; what came in in their minutes is not counted; the last early end was at 2026-11-16 13:05 -> see vantrel-inspect events for what each means
     2 runs ended early in the last hour: d/t/index; the last early end was at 2026-11-16 13:05 -> see vantrel-inspect events for what each means
-    $ printf '#!/bin/bash\nsleep 9\n:' >vantrel-cron; chmod 755 vantrel-cron; for i in 1 2; do ./vantrel-cron >../x & sleep 0.5; told processes | wc -l; done; told processes | sed 's/for [0-9]* seconds\?/for SECONDS/'
+    $ printf '#!/bin/bash\nsleep 9\n:' >vantrel-cron; chmod 755 vantrel-cron; for i in 1 2; do ./vantrel-cron >../x & sleep 0.5; told processes | wc -l; done; told processes | sed 's/for [0-9] seconds\?/for SECONDS/'
     0
     1
     2 runs of this site at work, the oldest for SECONDS, waiting for sleep, sleep -> a companion script, tar or the mail program does not end, or the disk is slow: look at it (ps), end it and mend it; the runs lose nothing by it

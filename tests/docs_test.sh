@@ -32,6 +32,7 @@ now=\$((now - 40))
 FROZEN_CLOCK=\$now LD_PRELOAD=$work/clock.so exec $build/vantrel-inspect "\$@"
 END
 chmod 755 "$work"/bin/*
+ln -s "$build/tools/inspect/vantrel-event-pages" "$work/bin"
 
 # Blocks without a command are not to be tried. Where a document fails, cram writes beside it.
 for document in concepts operating; do

@@ -485,6 +485,24 @@ Events.
     $ rm l/sys/sys.log; vantrel-inspect events; mkdir l/sys/sys.log; vantrel-inspect events; rmdir l/sys/sys.log
     No events.
     No events.
+    $ printf '.\n@DIAGNOSTICS@ \n@DIAGNOSTICS@\n-\n' | vantrel-event-pages | sed -n '1,9p;/no text/,+5p;/[\\]-a/p;$p'
+    .
+    @DIAGNOSTICS@ 
+    .TP
+    .B unable to perform hdd check (write test)
+    Ends the run.
+    The scratch file l/hdd.check cannot be written.
+    .br
+    .I Cure:
+    Give the run's user write permission on l/ and l/hdd.check.
+    The user\-agent rating cannot be opened.
+    .B (no text, code 3)
+    The run goes on.
+    The run history has a gap: one of the last 39 minutes has no run, or this one lasted into the next minute. A synchronisation follows.
+    .br
+    .I Cure:
+    Nothing after a reboot; if it repeats, check the scheduler and the length of the runs.
+    -
 
 Runs.
 
