@@ -382,7 +382,7 @@ Events.
 
     $ event() { printf "|20261116$1|$2|$3|$4|$5||||\n"; }
     $ { event 0000 cron 1 d/setx 0; event 1150 cron 1 'd&#47;t&#47;12' 0; event 1151 cron 1 'd&#47;t&#47;12' 1; event 1152 cron 1 'd/h/site12.example.his' 0; event 1153 cron 9 d/set 1; event 1154 cron 1 'a long subject of no event' 1; event 1155 cron 1 d/t/ 1; } >l/sys/sys.log
-    $ { event 1156 cron 1 d/set 1; event 1157 'ad&#109;in' 3 'x&#33;&#32;&#126;&#127;&#1234;&#65&#0;&;&#x41;' 2; echo 'no line of a run'; event 1158 cron 3 '' 0; event 1159 cron 3 '' 0; event 1207 cron 3 '' 0; echo '|202611161|'; echo; printf '|2026111612'; } >>l/sys/sys.log
+    $ { event 1156 cron 1 d/set 1; event 1157 'ad&#109;in' 3 'x&#33;&#32;&#126;&#127;&#1234;&#65&#0;&;&#x41;' 2; printf '%s\n' 'torn 1111111 of a run' 'torn 2222222 of a run' '|2026111611x7|d/set' '|2026111611x8|d/set' '|2026111611x8|d/set'; event 1158 cron 3 '' 0; event 1159 cron 3 '' 0; event 1207 cron 3 '' 0; echo '|202611161|'; echo; printf '|2026111612'; } >>l/sys/sys.log
     $ vantrel-inspect events
     2026-11-16 00:00  d/setx  (cron, code 1)
     2026-11-16 11:50  d/t/12  the run went on
@@ -404,6 +404,9 @@ Events.
         -> Save the main settings in the administration, or check permissions.
     2026-11-16 11:57  x!&#32;~&#127;&#1234;&#65&#0;&;&#x41;  (ad&#109;in, code 3)
       a damaged line
+      a damaged line
+    2026111611x7  a damaged line
+    2026111611x8  a damaged line, 2 times, last at 2026111611x8
     2026-11-16 11:58  gap  the run went on, 3 times, last at 2026-11-16 12:07
         The run history has a gap: one of the last 39 minutes has no run, or this one lasted into the next minute. A synchronisation follows.
         -> Nothing after a reboot; if it repeats, check the scheduler and the length of the runs.
@@ -412,11 +415,11 @@ Events.
     2026111612  a damaged line
     $ for options in 3 0 '--level 1 2' '--trade 12' '--trade site12.example' '--trade gone' '--since 11:57' '--since 2026-11-16' '--since 2026-11-17' '--since 71m' '--since 70m' '--since 1h' '--since 0d'; do echo "$options:"; vantrel-inspect events $options 2>&1 | grep -v '^  '; done
     3:
-    11 other events before these
+    14 other events before these
     202611161  a damaged line
     2026111612  a damaged line
     0:
-    14 other events before these
+    17 other events before these
     --level 1 2:
     3 other events before these
     2026-11-16 11:55  d/t/  the run ended
@@ -433,6 +436,8 @@ Events.
     No events.
     --since 11:57:
     2026-11-16 11:57  x!&#32;~&#127;&#1234;&#65&#0;&;&#x41;  (ad&#109;in, code 3)
+    2026111611x7  a damaged line
+    2026111611x8  a damaged line, 2 times, last at 2026111611x8
     2026-11-16 11:58  gap  the run went on, 3 times, last at 2026-11-16 12:07
     202611161  a damaged line
     2026111612  a damaged line
@@ -446,6 +451,8 @@ Events.
     2026-11-16 11:55  d/t/  the run ended
     2026-11-16 11:56  d/set  the run ended
     2026-11-16 11:57  x!&#32;~&#127;&#1234;&#65&#0;&;&#x41;  (ad&#109;in, code 3)
+    2026111611x7  a damaged line
+    2026111611x8  a damaged line, 2 times, last at 2026111611x8
     2026-11-16 11:58  gap  the run went on, 3 times, last at 2026-11-16 12:07
     202611161  a damaged line
     2026111612  a damaged line
@@ -454,11 +461,15 @@ Events.
     --since 71m:
     2026-11-16 11:56  d/set  the run ended
     2026-11-16 11:57  x!&#32;~&#127;&#1234;&#65&#0;&;&#x41;  (ad&#109;in, code 3)
+    2026111611x7  a damaged line
+    2026111611x8  a damaged line, 2 times, last at 2026111611x8
     2026-11-16 11:58  gap  the run went on, 3 times, last at 2026-11-16 12:07
     202611161  a damaged line
     2026111612  a damaged line
     --since 70m:
     2026-11-16 11:57  x!&#32;~&#127;&#1234;&#65&#0;&;&#x41;  (ad&#109;in, code 3)
+    2026111611x7  a damaged line
+    2026111611x8  a damaged line, 2 times, last at 2026111611x8
     2026-11-16 11:58  gap  the run went on, 3 times, last at 2026-11-16 12:07
     202611161  a damaged line
     2026111612  a damaged line

@@ -137,7 +137,7 @@ Json event_json(const Group& group) {
 void print_event(const Json& event) {
   const bool ended = event["level"] == "1";
   const bool repeated = event["times"] != 1;
-  const bool damaged = event["source"] == "";
+  const bool damaged = event["consequence"] == "" && event["subject"] == "";
   std::cout << cell(repeated ? event["first"] : event["time"]) << "  "
             << coloured(ended ? Colour::red : Colour::yellow, damaged ? "a damaged line"
                                                               : event["subject"] == ""
