@@ -12,7 +12,7 @@ cd "$1"
 [ ! -x g++ ] || exit 0
 
 specs=/usr/lib/x86_64-linux-musl/musl-gcc.specs
-tar xf /usr/src/gcc-12/gcc-12.*.tar.xz --exclude testsuite --exclude 'gcc-12.*/gcc/*/*'
+tar xf /usr/src/gcc-12/gcc-12.*.tar.xz --exclude 'testsuite/*/*' --exclude 'gcc-12.*/gcc/*/*'
 mkdir -p build out/lib
 (
   cd build
