@@ -117,6 +117,13 @@ TEST_F(TrafficTest, ARecordCutShortCountsAsFarAsItGoesWhereverItStands) {
   }
 }
 
+TEST_F(TrafficTest, ALogOfManyPartsIsCountedWhole) {
+  std::string records;
+  while (records.size() < 5 * LogReader::kChunk) records += "|5.0.0.1|alpha|x|0|moz|0|/|||||\n";
+  const TrafficCounters counts = counted("in", records, kAlpha);
+  EXPECT_EQ(counts[rin], static_cast<int>(std::ranges::count(records, '\n')));
+}
+
 using Minute = std::map<int, TrafficCounters>;  // by id
 
 TrafficCounters sum_of(const std::vector<Minute>& minutes, std::size_t last, int id) {
