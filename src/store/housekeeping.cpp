@@ -28,12 +28,6 @@ struct Backup {
   std::int32_t age = -1;  // seconds, -1 when it is not known
 };
 
-void remove_logs_of(std::time_t minute) {
-  const std::string stamp = format_time(kMinuteStampFormat, minute);
-  std::remove(in_log_path(stamp).c_str());
-  std::remove(out_log_path(stamp).c_str());
-}
-
 std::int32_t age_of(const std::string& path) {
   struct stat status {};
   const std::time_t now = wall_clock();
@@ -52,9 +46,14 @@ void make_backup(const std::string& hour_stamp) {
   run_command(command);
 }
 
+std::array<std::string, 4> old_logs(std::time_t walked) {
+  const std::string stamp = format_time(kMinuteStampFormat, walked - kLogsKept);
+  const std::string before = format_time(kMinuteStampFormat, walked - kLogsKept - 60);
+  return {in_log_path(stamp), out_log_path(stamp), in_log_path(before), out_log_path(before)};
+}
+
 void remove_old_logs(std::time_t walked) {
-  remove_logs_of(walked - kLogsKept);
-  remove_logs_of(walked - kLogsKept - 60);
+  for (const std::string& path : old_logs(walked)) std::remove(path.c_str());
 }
 
 void make_room(bool pruning_time) {

@@ -2,6 +2,7 @@
 // end the run.
 #pragma once
 
+#include <array>
 #include <ctime>
 #include <string>
 
@@ -15,8 +16,9 @@ inline constexpr const char* kBackupFolders[] = {"d/t", "d/gr", "d/h", "d/tpl", 
 // it. The stamp is of the hour the minute walk visited last.
 void make_backup(const std::string& hour_stamp);
 
-// Removes the hit logs of the minute 25 hours before the one the minute walk left, and of the
-// minute before that, so that a single missed run leaves nothing behind.
+// The hit logs of the minute 25 hours before the one the minute walk left, and of the minute before
+// that, so that a single missed run leaves nothing behind.
+[[nodiscard]] std::array<std::string, 4> old_logs(std::time_t walked);
 void remove_old_logs(std::time_t walked);
 
 // For a full disk: what the run would remove at its end, had it room to get there.

@@ -1,14 +1,14 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <utility>
 
-#include "base/clock.h"
 #include "checks.h"
 #include "site.h"
-#include "store/hit_log_names.h"
+#include "store/housekeeping.h"
 #include "store/summary.h"
 
 namespace vantrel::inspect {
@@ -29,13 +29,8 @@ void check_scratch(Findings& findings) {
 
 // Whether there are logs that the next run would remove for room; see make_room().
 bool has_due_logs() {
-  constexpr std::time_t kKept = 25 * 60 * 60;
-  const std::time_t due = expected_start() - 60 - kKept;
-  for (const std::time_t minute : {due, due - 60}) {
-    const std::string stamp = format_time(kMinuteStampFormat, minute);
-    if (exists(in_log_path(stamp)) || exists(out_log_path(stamp))) return true;
-  }
-  return false;
+  const auto due = old_logs(expected_start() - 60);
+  return std::ranges::any_of(due, [](const std::string& path) { return exists(path); });
 }
 
 // A full file system takes no logs. The run still overwrites the files it has, but without its
