@@ -350,31 +350,21 @@ Trades of which each stands where it does for another reason.
     0
     0
     [1]
-    $ for file in d/out.mod d/nm/track d/set d/t/sum d/t/index; do mv $file ..; vantrel-inspect preview; vantrel-inspect list 2>&1 | sed -n '1,3p' | cut -c1-80; mv ../${file##*/} $file; done; rm l/sys/cron.last; AT=13:09 vantrel-inspect preview --hits | tail -n 1 | cut -c1-40; echo 30 >d/sleep; AT=13:09 vantrel-inspect preview --hits; rm d/sleep; touch -d '2026-11-16 13:07:20' l/sys/cron.last
+    $ for file in d/out.mod d/nm/track d/set d/t/sum d/t/index; do mv $file ..; vantrel-inspect preview; vantrel-inspect list 2>&1 | sed -n 3p | cut -c1-60; mv ../${file##*/} $file; done; rm l/sys/cron.last; AT=13:09 vantrel-inspect preview --hits | tail -n 1 | cut -c1-40; echo 30 >d/sleep; AT=13:09 vantrel-inspect preview --hits; rm d/sleep; touch -d '2026-11-16 13:07:20' l/sys/cron.last
     d/out.mod  The outgoing modifiers cannot be opened; the old outgoing list stays.
     The run would end before its list: d/out.mod
-    Outgoing list of 2026-11-16 13:07, 5 trades
-    rank  id  name            weight  second  state               skim   share  scor
-       1  12  site12.example     600       0  quota or guarantee    90   60.3%      
+       1  12  site12.example     600       0  quota or guarantee
     The run would end before its list: Unable to open file d/nm/track
-    Outgoing list of 2026-11-16 13:07, 5 trades
-    rank  id  name            weight  second  state               skim   share  scor
-       1  12  site12.example     600       0  quota or guarantee    90   60.3%      
+       1  12  site12.example     600       0  quota or guarantee
     d/set  The main settings cannot be opened.
     The run would end before its list: d/set
-    Outgoing list of 2026-11-16 13:07, 5 trades
-    rank  id  name            weight  second  state               skim   share  scor
-       1  12  site12.example     600       0  quota or guarantee    90   60.3%      
+       1  12  site12.example     600       0  quota or guarantee
     d/t/sum  The totals of all windows cannot be opened or written.
     The run would end before its list: d/t/sum
-    Outgoing list of 2026-11-16 13:07, 5 trades
-    rank  id  name            weight  second  state               skim   share  scor
-       1  12  site12.example     600       0  quota or guarantee    90   60.3%      
+       1  12  site12.example     600       0  quota or guarantee
     d/t/index  The trade database cannot be opened or written.
     The run would end before its list: d/t/index
-    Outgoing list of 2026-11-16 13:07, 5 trades
-    rank  id  name            weight  second  state               skim   share  scor
-       1  12  site12.example     600       0  quota or guarantee    90   60.3%      
+       1  12  site12.example     600       0  quota or guarantee
     28  site28.example     5    -     (4)   
     The run would end before its list: d/sleep holds back a run started in this second
 
@@ -413,82 +403,23 @@ Events.
     202611161  a damaged line
       a damaged line
     2026111612  a damaged line
-    $ for options in 3 0 '--level 1 2' '--trade 12' '--trade site12.example' '--trade gone' '--since 11:57' '--since 2026-11-16' '--since 2026-11-17' '--since 71m' '--since 70m' '--since 1h' '--since 0d'; do echo "$options:"; vantrel-inspect events $options 2>&1 | grep -v '^  '; done
-    3:
-    14 other events before these
-    202611161  a damaged line
-    2026111612  a damaged line
-    0:
-    17 other events before these
-    --level 1 2:
-    3 other events before these
-    2026-11-16 11:55  d/t/  the run ended
-    2026-11-16 11:56  d/set  the run ended
-    --trade 12:
-    2026-11-16 11:50  d/t/12  the run went on
-    2026-11-16 11:51  d/t/12  the run ended
-    2026-11-16 11:52  d/h/site12.example.his  the run went on
-    --trade site12.example:
-    2026-11-16 11:50  d/t/12  the run went on
-    2026-11-16 11:51  d/t/12  the run ended
-    2026-11-16 11:52  d/h/site12.example.his  the run went on
-    --trade gone:
-    No events.
-    --since 11:57:
-    2026-11-16 11:57  x!&#32;~&#127;&#1234;&#65&#0;&;&#x41;  (ad&#109;in, code 3)
-    2026111611x7  a damaged line
-    2026111611x8  a damaged line, 2 times, last at 2026111611x8
-    2026-11-16 11:58  gap  the run went on, 3 times, last at 2026-11-16 12:07
-    202611161  a damaged line
-    2026111612  a damaged line
-    --since 2026-11-16:
-    2026-11-16 00:00  d/setx  (cron, code 1)
-    2026-11-16 11:50  d/t/12  the run went on
-    2026-11-16 11:51  d/t/12  the run ended
-    2026-11-16 11:52  d/h/site12.example.his  the run went on
-    2026-11-16 11:53  d/set  (cron, code 9)
-    2026-11-16 11:54  a long subject of no event  (cron, code 1)
-    2026-11-16 11:55  d/t/  the run ended
-    2026-11-16 11:56  d/set  the run ended
-    2026-11-16 11:57  x!&#32;~&#127;&#1234;&#65&#0;&;&#x41;  (ad&#109;in, code 3)
-    2026111611x7  a damaged line
-    2026111611x8  a damaged line, 2 times, last at 2026111611x8
-    2026-11-16 11:58  gap  the run went on, 3 times, last at 2026-11-16 12:07
-    202611161  a damaged line
-    2026111612  a damaged line
-    --since 2026-11-17:
-    No events.
-    --since 71m:
-    2026-11-16 11:56  d/set  the run ended
-    2026-11-16 11:57  x!&#32;~&#127;&#1234;&#65&#0;&;&#x41;  (ad&#109;in, code 3)
-    2026111611x7  a damaged line
-    2026111611x8  a damaged line, 2 times, last at 2026111611x8
-    2026-11-16 11:58  gap  the run went on, 3 times, last at 2026-11-16 12:07
-    202611161  a damaged line
-    2026111612  a damaged line
-    --since 70m:
-    2026-11-16 11:57  x!&#32;~&#127;&#1234;&#65&#0;&;&#x41;  (ad&#109;in, code 3)
-    2026111611x7  a damaged line
-    2026111611x8  a damaged line, 2 times, last at 2026111611x8
-    2026-11-16 11:58  gap  the run went on, 3 times, last at 2026-11-16 12:07
-    202611161  a damaged line
-    2026111612  a damaged line
-    --since 1h:
-    2026-11-16 12:07  gap  the run went on
-    202611161  a damaged line
-    2026111612  a damaged line
-    --since 0d:
-    No events.
-    $ vantrel-inspect events --since '2026-11-16 11:59' | head -n 1; for since in 1s m 1:00 2026-1-1 '2026-11-16 1' 123456789m 'x1d'; do vantrel-inspect events --since "$since"; done
+    $ for options in 3 0 '--level 1 2' '--trade 12' '--trade site12.example' '--trade gone' '--since 11:57' '--since 2026-11-16' '--since 2026-11-17' '--since 71m' '--since 70m' '--since 1h' '--since 0d'; do echo "$options:" $(vantrel-inspect events $options 2>&1 | grep -v '^  ' | cut -c1-25 | paste -sd';'); done
+    3: 14 other events before th;202611161 a damaged line;2026111612 a damaged lin
+    0: 17 other events before th
+    --level 1 2: 3 other events before the;2026-11-16 11:55 d/t/ t;2026-11-16 11:56 d/set
+    --trade 12: 2026-11-16 11:50 d/t/12 ;2026-11-16 11:51 d/t/12 ;2026-11-16 11:52 d/h/sit
+    --trade site12.example: 2026-11-16 11:50 d/t/12 ;2026-11-16 11:51 d/t/12 ;2026-11-16 11:52 d/h/sit
+    --trade gone: No events.
+    --since 11:57: 2026-11-16 11:57 x!&#32;;2026111611x7 a damaged l;2026111611x8 a damaged l;2026-11-16 11:58 gap th;202611161 a damaged line;2026111612 a damaged lin
+    --since 2026-11-16: 2026-11-16 00:00 d/setx ;2026-11-16 11:50 d/t/12 ;2026-11-16 11:51 d/t/12 ;2026-11-16 11:52 d/h/sit;2026-11-16 11:53 d/set ;2026-11-16 11:54 a long ;2026-11-16 11:55 d/t/ t;2026-11-16 11:56 d/set ;2026-11-16 11:57 x!&#32;;2026111611x7 a damaged l;2026111611x8 a damaged l;2026-11-16 11:58 gap th;202611161 a damaged line;2026111612 a damaged lin
+    --since 2026-11-17: No events.
+    --since 71m: 2026-11-16 11:56 d/set ;2026-11-16 11:57 x!&#32;;2026111611x7 a damaged l;2026111611x8 a damaged l;2026-11-16 11:58 gap th;202611161 a damaged line;2026111612 a damaged lin
+    --since 70m: 2026-11-16 11:57 x!&#32;;2026111611x7 a damaged l;2026111611x8 a damaged l;2026-11-16 11:58 gap th;202611161 a damaged line;2026111612 a damaged lin
+    --since 1h: 2026-11-16 12:07 gap th;202611161 a damaged line;2026111612 a damaged lin
+    --since 0d: No events.
+    $ vantrel-inspect events --since '2026-11-16 11:59' | head -n 1; for since in 1s m 1:00 2026-1-1 '2026-11-16 1' 123456789m 'x1d'; do vantrel-inspect events --since "$since"; done |& uniq -c
     2026-11-16 11:59  gap  the run went on, 2 times, last at 2026-11-16 12:07
-    vantrel-inspect: --since takes 2026-11-23, "2026-11-23 12:50", 12:50, 90m, 12h or 2d
-    vantrel-inspect: --since takes 2026-11-23, "2026-11-23 12:50", 12:50, 90m, 12h or 2d
-    vantrel-inspect: --since takes 2026-11-23, "2026-11-23 12:50", 12:50, 90m, 12h or 2d
-    vantrel-inspect: --since takes 2026-11-23, "2026-11-23 12:50", 12:50, 90m, 12h or 2d
-    vantrel-inspect: --since takes 2026-11-23, "2026-11-23 12:50", 12:50, 90m, 12h or 2d
-    vantrel-inspect: --since takes 2026-11-23, "2026-11-23 12:50", 12:50, 90m, 12h or 2d
-    vantrel-inspect: --since takes 2026-11-23, "2026-11-23 12:50", 12:50, 90m, 12h or 2d
-    [3]
+          7 vantrel-inspect: --since takes 2026-11-23, "2026-11-23 12:50", 12:50, 90m, 12h or 2d
     $ for minute in {10..30}; do event 12$minute cron 1 d/x$minute 0; done >l/sys/sys.log; vantrel-inspect events | head -n 2; vantrel-inspect events 99 | wc -l
     1 other event before these
     2026-11-16 12:11  d/x11  (cron, code 1)
@@ -837,54 +768,25 @@ What cannot be answered.
     The last events of the log, explained Usage: vantrel-inspect events [OPTIONS] [count] Positionals: count N How many (20) Options: -h,--help Show this help, or that of a command --since TIME From then on: 2026-11-23, 12:50, 90m, 12h, 2d --level LEVEL:{0,1} 1: only what ended a run; 0: the rest --trade NAME|ID Only of this trade 
     The run history and its gaps Usage: vantrel-inspect runs [OPTIONS] Options: -h,--help Show this help, or that of a command 
     What is wrong, what a run now would do about it Usage: vantrel-inspect check [OPTIONS] Options: -h,--help Show this help, or that of a command --user NAME Look with the rights of this user (root only) --verbose Tell also what is fine 
-    $ for question in why 'why 11 --all' 'why 99' 'trade 0x0b' 'trades --columns id' 'trades --sort x' 'preview --with d/set' 'preview --with d/x=../formula' 'preview --with d/se=../formula' 'preview --with d/set=../gone' 'why 11 --hits' 'preview --list-file /dev/full' 'preview --list-file ../gone/x' 'report -o ../gone/x' 'list --site ../gone' 'check --user no-such-user'; do vantrel-inspect $question 2>&1 | sed "s,$PWD,HERE,"; echo ${PIPESTATUS[0]}; done
-    vantrel-inspect: why takes a trade, or --all
-    3
-    vantrel-inspect: why takes a trade, or --all
-    3
-    vantrel-inspect: there is no trade 99
-    1
-    vantrel-inspect: there is no trade 0x0b
-    1
-    vantrel-inspect: there is no column id
-    3
-    vantrel-inspect: there is no column x
-    3
-    vantrel-inspect: --with takes FILE=OTHER
-    3
-    vantrel-inspect: --with cannot stand for d/x
-    3
-    vantrel-inspect: d/se has a say in hits only: use --hits with it
-    3
-    vantrel-inspect: there is no file HERE/../gone
-    3
-    vantrel-inspect: there would be no list: cron has already run this minute (double cron detected)
-    1
-    vantrel-inspect: /dev/full cannot be written
-    1
-    vantrel-inspect: HERE/../gone/x cannot be written
-    1
-    vantrel-inspect: HERE/../gone/x cannot be written
-    1
-    vantrel-inspect: there is no directory ../gone
-    3
-    vantrel-inspect: there is no user no-such-user
-    3
-    $ for question in 'preview --hour 24' 'preview --hour -1' 'alive --minutes 0' 'alive --minutes 1000001' 'site --csv weeks' 'events --level 3' 'events many' 'trades --top x' '' lists sites trade 'trade 11 12' --no-such; do vantrel-inspect $question >../x 2>&1; echo $?; done
-    3
-    3
-    3
-    3
-    3
-    3
-    3
-    3
-    3
-    3
-    3
-    3
-    3
-    3
+    $ for question in why 'why 11 --all' 'why 99' 'trade 0x0b' 'trades --columns id' 'trades --sort x' 'preview --with d/set' 'preview --with d/x=../formula' 'preview --with d/se=../formula' 'preview --with d/set=../gone' 'why 11 --hits' 'preview --list-file /dev/full' 'preview --list-file ../gone/x' 'report -o ../gone/x' 'list --site ../gone' 'check --user no-such-user'; do { vantrel-inspect $question 2>&1; echo $?; } | sed "s,$PWD,HERE," | paste -sd' '; done
+    vantrel-inspect: why takes a trade, or --all 3
+    vantrel-inspect: why takes a trade, or --all 3
+    vantrel-inspect: there is no trade 99 1
+    vantrel-inspect: there is no trade 0x0b 1
+    vantrel-inspect: there is no column id 3
+    vantrel-inspect: there is no column x 3
+    vantrel-inspect: --with takes FILE=OTHER 3
+    vantrel-inspect: --with cannot stand for d/x 3
+    vantrel-inspect: d/se has a say in hits only: use --hits with it 3
+    vantrel-inspect: there is no file HERE/../gone 3
+    vantrel-inspect: there would be no list: cron has already run this minute (double cron detected) 1
+    vantrel-inspect: /dev/full cannot be written 1
+    vantrel-inspect: HERE/../gone/x cannot be written 1
+    vantrel-inspect: HERE/../gone/x cannot be written 1
+    vantrel-inspect: there is no directory ../gone 3
+    vantrel-inspect: there is no user no-such-user 3
+    $ for question in 'preview --hour 24' 'preview --hour -1' 'alive --minutes 0' 'alive --minutes 1000001' 'site --csv weeks' 'events --level 3' 'events many' 'trades --top x' '' lists sites trade 'trade 11 12' --no-such; do vantrel-inspect $question >../x 2>&1; printf "$? "; done; echo
+    3 3 3 3 3 3 3 3 3 3 3 3 3 3 
     $ printf '%09999d' 1 >../x; vantrel-inspect preview --hour 23 --list-file ../x | head -n 1; stat -c %s ../x; vantrel-inspect why 29 --hour 0 | sed -n 1p
     The next outgoing list, for hour 23: 14 changes
     2876

@@ -93,6 +93,7 @@ TEST_F(RunTest, AnEarlyEndLeavesWhatItsPhasesWroteAndOneEvent) {
       {"touch -d '2026-11-16 13:00:59' l/sys/cron.last", "", "disk ", ""},
       {"touch -d '2026-11-16 12:59:59' l/sys/cron.last", "", all, ""},
       {"rm d/t/index; rm d/h/*", "1 d/t/index 1\n", "disk ", ""},
+      {": >d/t/index", "10 database was not fully loaded 1\n", "disk ", ""},
       {"truncate -s 8964 d/t/index", "10 database was not fully loaded 1\n", "disk ", ""},
       {"echo 11161300 >l/sys/cron.run; seq 60 >>l/sys/cron.run",
        "10 cron has already run this minute (double cron detected) 1\n", "disk ", ""},

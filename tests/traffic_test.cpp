@@ -119,7 +119,7 @@ TEST_F(TrafficTest, ARecordCutShortCountsAsFarAsItGoesWhereverItStands) {
 
 TEST_F(TrafficTest, ALogOfManyPartsIsCountedWhole) {
   std::string records;
-  while (records.size() < 5 * LogReader::kChunk) records += "|5.0.0.1|alpha|x|0|moz|0|/|||||\n";
+  while (records.size() < 70 * LogReader::kChunk) records += "|5.0.0.1|alpha|x|0|moz|0|/|||||\n";
   const TrafficCounters counts = counted("in", records, kAlpha);
   EXPECT_EQ(counts[rin], static_cast<int>(std::ranges::count(records, '\n')));
 }
