@@ -1,6 +1,7 @@
 #!/bin/bash
 # Which lines of src/ and tools/inspect/ do the tests run? Builds build/coverage, runs all tests there, and
-# prints a table, the least covered files at its end.
+# prints a table, the least covered files at its end. What a process runs that ends at once, as the workers
+# of "vantrel-inspect sites" do, is not counted (glance.cpp), and what a build ran is not, either.
 #
 #   scripts/coverage.sh [GCOVR OPTION]...     such as --html-details build/coverage/index.html
 set -euo pipefail

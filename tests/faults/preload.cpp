@@ -1,5 +1,5 @@
 // Preloaded into the program by the fault proofs: a clock that stands still, writes that arrive
-// byte by byte or on a disk that fills up, and memory that runs out. The programs the run starts
+// in pieces or on a disk that fills up, and memory that runs out. The programs the run starts
 // are left alone.
 #include <unistd.h>
 
@@ -16,7 +16,8 @@ long setting(const char* name) {
 }
 
 const long frozen_clock = setting("FROZEN_CLOCK");
-const long short_write = setting("SHORT_WRITE");       // -1: all; n: the n-th, and none after it
+const long short_write =
+    setting("SHORT_WRITE");  // -1: half of each; n: a byte of the n-th, and none after
 const long no_memory = setting("NO_MEMORY");           // the n-th allocation; -n: all from there on
 const char* const count_to = std::getenv("COUNT_TO");  // a file for the number of allocations
 const int alone = unsetenv("LD_PRELOAD");              // NOLINT: for its effect
@@ -30,7 +31,8 @@ ssize_t allowance(size_t size) {
   if (short_write == 0 || size == 0 || (short_write > 0 && writes < short_write)) {
     return static_cast<ssize_t>(size);
   }
-  if (short_write < 0 || writes == short_write) return 1;
+  if (short_write < 0) return static_cast<ssize_t>((size + 1) / 2);
+  if (writes == short_write) return 1;
   errno = ENOSPC;
   return -1;
 }

@@ -8,7 +8,7 @@ Modes, all by default:
   full    every write from the n-th on fails with ENOSPC, for every n; once more with the calls
           that a full disk can fail besides (ftruncate, fsync, rename)
   single  each single call fails, with EIO, EACCES and EMFILE
-  short   every write takes one byte; the n-th write takes one byte and all later ones ENOSPC
+  short   every write takes half its bytes; the n-th takes one byte and all later ones ENOSPC
   memory  each single allocation fails; all allocations from the n-th on fail
   stop    the run is stopped behind each call; two later runs come and go; it goes on
   overlap the run is stopped behind a call, another one of the same or the next minute as well, and
@@ -358,7 +358,7 @@ class Walker:
                            tracer=layout.injector((call.name, 'error=' + error, '%d' % call.nth)))
 
     def short(self):
-        yield dict(what='all writes of one byte', exact=True, SHORT_WRITE=-1)
+        yield dict(what='half of each write', exact=True, SHORT_WRITE=-1)
         for n in range(1, 1 + sum(c.name in WRITES for c in self.calls)):
             yield dict(what='one byte of write %d, then a full disk' % n, exact=False,
                        SHORT_WRITE=n)
