@@ -8,7 +8,8 @@ inode, or what is not root's reserve). Every minute the request scripts log what
 more than the run removes; at 23:20 old archives are due to go, at 23:59 and 11:59 a new one is made.
 Each hit that reached a log must be counted in its minute, no run may end early, and once there is
 room again nothing is left of it. Needs python3, a C++ compiler, e2fsprogs and the right to mount
-(else the cases are left out). Kinds: reserve, root, inodes. --short goes on for two hours.
+(else the cases are left out). Kinds: reserve, root, inodes, totals. --short goes on for two hours.
+Before totals that have no room to grow a run ends, and the next one counts its minute: totals.
 """
 import ctypes
 import os
@@ -27,7 +28,9 @@ ARCHIVES, KEPT = 130, 90
 STORES = {b'd/t/index', b'd/t/sum', b'd/t/11', b'd/h/all.his', b'd/tpl/page'}
 KINDS = {'reserve': ('no reserve', ['-m', '0', '-N', '8000']),
          'root': ("root's reserve", ['-m', '10', '-N', '8000']),
-         'inodes': ('no inodes', ['-m', '0', '-N', '1640'])}
+         'inodes': ('no inodes', ['-m', '0', '-N', '1640']),
+         'totals': ('totals to the end of a block', ['-m', '0', '-N', '8000'])}
+BLOCK = 1024  # bytes
 
 
 def own_mounts():
@@ -137,6 +140,33 @@ def simulate(program, site, minutes, reserve):
     return wrong, full, hits
 
 
+def grow(program, site):
+    """A minute that makes the totals longer than the blocks they have, on a disk without another."""
+    log(site, BEGIN - 60, 1)
+    layout.run(program, site, BEGIN)
+    lines = [line.split(b'|') for line in layout.read(site, 'd/t/sum').split(b'\n')]
+    missing = -len(layout.read(site, 'd/t/sum')) % BLOCK
+    for line in lines[:-1]:
+        for i in range(16, 30):  # the last 24 hours: what leaves them here is 0
+            more = min(missing, 9 - len(line[i]))
+            if more > 0:
+                line[i], missing = b'1' * (len(line[i]) + more), missing - more
+    layout.write(site, 'd/t/sum', b'\n'.join(b'|'.join(line) for line in lines))
+    before = layout.summary(site)[11][0]
+    arrived = log(site, BEGIN, 150)
+    with open(site + '/filler', 'wb', buffering=0) as file:
+        try:
+            while file.write(bytes(BLOCK)):
+                pass
+        except OSError:
+            pass
+    layout.run(program, site, BEGIN + 60)
+    os.unlink(site + '/filler')
+    layout.run(program, site, BEGIN + 120)
+    counted = layout.summary(site)[11][0] - before
+    return [] if counted == arrived else ['%d hits counted instead of %d' % (counted, arrived)]
+
+
 def main():
     program, chosen, short = layout.command_line(__doc__, '--short')
     score = layout.Score()
@@ -158,6 +188,10 @@ def main():
                 shutil.rmtree('%s/l/%s' % (site, name))
                 os.mkdir('%s/l/%s' % (site, name))
                 os.chmod('%s/l/%s' % (site, name), 0o777)
+            if kind == KINDS['totals'][0]:
+                score.add(kind, grow(program, site))
+                subprocess.run(['umount', site], check=True)
+                continue
             fill(site, kind != 'no inodes')
             wrong, full, hits = simulate(program, site, 120 if short else 2880, kind == "root's reserve")
             subprocess.run(['umount', site], check=True)
