@@ -344,6 +344,10 @@ Trades of which each stands where it does for another reason.
     26  site26.example     4    -      20      -   2.88%       -  leaves   below minimum
     28  site28.example     5    -     (4)      -      0%       -  leaves   below minimum
     99  site12.example     1    -     600      -  86.33%       -  leaves   no such trade any more
+    $ { head -c 284 ../out.lst; tail -c 216 ../out.lst; } >d/out.lst; touch -r ../out.lst d/out.lst; vantrel-inspect list | cut -c1-80; cp -p ../out.lst d
+    Outgoing list of 2026-11-16 13:07, 1 trade
+    rank  id  name            weight  second  state               skim  share  score
+       1  28  site28.example       0       4  quota or guarantee    90     0%      0
     $ rm d/ds; vantrel-inspect preview | head -n 2; vantrel-inspect why 29 --json | grep -c meaning; : >d/ds; vantrel-inspect preview --json | grep -c meaning
     d/ds  The dynamic skim settings cannot be opened.
     dynamic skim settings can not be loaded  Follows the event of the missing d/ds: every trade keeps its own skim.
