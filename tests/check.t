@@ -57,8 +57,9 @@ command a line for each text that is tried. Where that is to change: see views.t
     line 1, piece 2: an empty text, which matches every user agent -> save it again in the administration
     line 1, piece 2: an empty text, which matches every empty request -> save it again in the administration
     2 NUL bytes, the first is byte 9: not as it was written -> save it anew in the administration, or put a copy back; a power cut does this
-    $ says d/ip.psv '' '|5|5|US|\n|7|8|US|' '|1|16777216|US|\n' '|1|16777215|US|\n' '|0|4294967295|US|' '|5|9|US|\n|9|9|US|\n|10|10|US|\n|12|11|US|\n|13|16777777|DE|' '|1|2|US|\n|3|20000000||\n|20000001|20000002|' '|1|2\n' '|1|20000000|US|\n|1.2.3.4|1.2.3.5|US|\n' '|1.5|20000000|US|'
+    $ says d/ip.psv '' '|5|5|US|' '|5|5|US|\n|7|8|US|' '|1|16777216|US|\n' '|1|16777215|US|\n' '|0|4294967295|US|' '|5|9|US|\n|9|9|US|\n|10|10|US|\n|12|11|US|\n|13|16777777|DE|' '|1|2|US|\n|3|20000000||\n|20000001|20000002|' '|1|2\n' '|1|20000000|US|\n|1.2.3.4|1.2.3.5|US|\n' '|1.5|20000000|US|'
     holds no range: every country is unknown -> install the table again
+    1 range covers 1 address, next to nothing: nearly every country is unknown -> install the table again, ascending and without overlaps
     2 ranges cover 3 addresses, next to nothing: nearly every country is unknown -> install the table again, ascending and without overlaps
     1 range covers 16777216 addresses
     1 range covers 16777215 addresses, next to nothing: nearly every country is unknown -> install the table again, ascending and without overlaps

@@ -195,7 +195,7 @@ def model(work):
 ROOT_CASES = [
     (2, 'disk: the file system of l takes no further file, though it has room (no inodes), and l/hdd.check is not there to be overwritten -> remove small', 'rm l/hdd.check; mount -o remount,nr_inodes=$(($(df --output=iused . | tail -1))) .', 'true'),
     (2, 'the file system of l is full, and l/hdd.check is not there to be overwritten ->', 'rm l/hdd.check; cat /dev/zero 2>x >fill; true', 'true'),
-    (1, 'has to remove the hit logs that are due first', 'rm l/hdd.check; head -c 99999 /dev/zero >l/out/26-319-11-46; cat /dev/zero 2>x >fill; true', '[ ! -e l/out/26-319-11-46 ]'),
+    (1, 'has to remove the old logs or archives that are due first', 'rm l/hdd.check; head -c 99999 /dev/zero >l/out/26-319-11-46; cat /dev/zero 2>x >fill; true', '[ ! -e l/out/26-319-11-46 ]'),
     (1, 'only 1100 KiB are left for d/t ->', 'fallocate -l $(($(df --output=avail . | tail -1) - 1100))K fill', 'silent'),
     (0, '', 'fallocate -l $(($(df --output=avail . | tail -1) - 2000))K fill', 'silent'),
     (1, 'd/alerts: The alert settings cannot be opened or written. It belongs to root. ->', 'chown root d/alerts; chmod 600 d/alerts', 'true'),

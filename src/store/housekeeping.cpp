@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -61,12 +62,9 @@ void make_room(bool pruning_time) {
   if (pruning_time) prune_backups();
 }
 
-void prune_backups() {
+std::optional<std::vector<std::string>> old_backups() {
   const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(kBackupDirectory), ::closedir);
-  if (!directory) {
-    error_page_directory(kBackupDirectory, "", false);
-    return;
-  }
+  if (!directory) return std::nullopt;
   std::vector<Backup> backups;
   while (const dirent* entry = ::readdir(directory.get())) {
     const std::string_view name = entry->d_name;
@@ -80,9 +78,18 @@ void prune_backups() {
   std::sort(backups.begin(), backups.end(), [](const Backup& a, const Backup& b) {
     return a.age != b.age ? a.age < b.age : a.path > b.path;
   });
-  for (std::size_t i = kBackupsKept; i < backups.size(); ++i) {
-    std::remove(backups[i].path.c_str());
+  std::vector<std::string> old;
+  for (std::size_t i = kBackupsKept; i < backups.size(); ++i) old.push_back(backups[i].path);
+  return old;
+}
+
+void prune_backups() {
+  const auto old = old_backups();
+  if (!old) {
+    error_page_directory(kBackupDirectory, "", false);
+    return;
   }
+  for (const std::string& path : *old) std::remove(path.c_str());
 }
 
 }  // namespace vantrel

@@ -4,7 +4,9 @@
 
 #include <array>
 #include <ctime>
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace vantrel {
 
@@ -24,8 +26,9 @@ void remove_old_logs(std::time_t walked);
 // For a full disk: what the run would remove at its end, had it room to get there.
 void make_room(bool pruning_time);
 
-// Keeps the 90 newest files of d/backup/, whatever their names. Prints an error page when the
-// directory cannot be listed.
+// All but the 90 newest files of d/backup/, whatever their names; nullopt when it cannot be listed.
+[[nodiscard]] std::optional<std::vector<std::string>> old_backups();
+// Removes them. Prints an error page when the directory cannot be listed.
 void prune_backups();
 
 }  // namespace vantrel

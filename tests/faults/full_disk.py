@@ -11,6 +11,7 @@ room again nothing is left of it. Needs python3, a C++ compiler, e2fsprogs and t
 (else the cases are left out). Kinds: reserve, root, inodes, totals. --short goes on for two hours.
 Before totals that have no room to grow a run ends, and the next one counts its minute: totals.
 """
+import contextlib
 import ctypes
 import os
 import random
@@ -167,39 +168,49 @@ def grow(program, site):
     return [] if counted == arrived else ['%d hits counted instead of %d' % (counted, arrived)]
 
 
+@contextlib.contextmanager
+def small_disk(options):
+    """A site that has a file system of 10 MB to itself, where everybody may log."""
+    with tempfile.TemporaryDirectory(prefix='vantrel.') as folder:
+        image, site = folder + '/image', folder + '/site'
+        os.chmod(folder, 0o755)
+        with open(image, 'wb') as f:
+            f.truncate(10 << 20)
+        subprocess.run(['mke2fs', '-q', '-F', '-t', 'ext4', '-b', str(BLOCK), *options, image], check=True)
+        os.mkdir(site)
+        subprocess.run(['mount', '-o', 'loop', image, site], check=True)
+        os.chmod(site, 0o755)
+        layout.lay_out(site, BEGIN, companions=False)
+        for name in ('in', 'out'):
+            shutil.rmtree('%s/l/%s' % (site, name))
+            os.mkdir('%s/l/%s' % (site, name))
+            os.chmod('%s/l/%s' % (site, name), 0o777)
+        yield site
+        subprocess.run(['umount', site], check=True)
+
+
+def days(program, site, kind, minutes):
+    """Full ones, and what was counted in them."""
+    fill(site, kind != 'inodes')
+    wrong, full, hits = simulate(program, site, minutes, kind == 'root')
+    print('%d hits, the disk was full in %d minutes, %d complaints' % (hits, full, len(wrong)))
+    if full == 0 or hits < 2000:
+        wrong.append('the disk was never full, or always')
+    return wrong[:10]
+
+
 def main():
     program, chosen, short = layout.command_line(__doc__, '--short')
     score = layout.Score()
     if os.geteuid() != 0 or not own_mounts():
         print('no mounting here: nothing is proved')
         return
-    for kind, options in (KINDS[word] for word in chosen or KINDS):
-        with tempfile.TemporaryDirectory(prefix='vantrel.') as folder:
-            image, site = folder + '/image', folder + '/site'
-            os.chmod(folder, 0o755)
-            with open(image, 'wb') as f:
-                f.truncate(10 << 20)
-            subprocess.run(['mke2fs', '-q', '-F', '-t', 'ext4', '-b', '1024', *options, image], check=True)
-            os.mkdir(site)
-            subprocess.run(['mount', '-o', 'loop', image, site], check=True)
-            os.chmod(site, 0o755)
-            layout.lay_out(site, BEGIN, companions=False)
-            for name in ('in', 'out'):
-                shutil.rmtree('%s/l/%s' % (site, name))
-                os.mkdir('%s/l/%s' % (site, name))
-                os.chmod('%s/l/%s' % (site, name), 0o777)
-            if kind == KINDS['totals'][0]:
-                score.add(kind, grow(program, site))
-                subprocess.run(['umount', site], check=True)
-                continue
-            fill(site, kind != 'no inodes')
-            wrong, full, hits = simulate(program, site, 120 if short else 2880, kind == "root's reserve")
-            subprocess.run(['umount', site], check=True)
-            if full == 0 or hits < 2000:
-                wrong.append('the disk was never full, or always')
-            score.add(kind, wrong[:10])
-            print('%s: %d hits, the disk was full in %d minutes, %d complaints' % (
-                kind, hits, full, len(wrong)), flush=True)
+    for kind in chosen or KINDS:
+        name, options = KINDS[kind]
+        with small_disk(options) as site:
+            print(name, flush=True)
+            score.add(name, grow(program, site) if kind == 'totals' else
+                      days(program, site, kind, 120 if short else 2880))
     score.finish()
 
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "base/start_clock.h"
 #include "checks.h"
 #include "site.h"
 #include "store/housekeeping.h"
@@ -27,25 +28,28 @@ void check_scratch(Findings& findings) {
   }
 }
 
-// Whether there are logs that the next run would remove for room; see make_room().
-bool has_due_logs() {
-  const auto due = old_logs(expected_start() - 60);
-  return std::ranges::any_of(due, [](const std::string& path) { return exists(path); });
+// Whether there are files that the next run would remove for room; see make_room().
+bool has_due_files() {
+  const std::time_t start = expected_start();
+  if (std::ranges::any_of(old_logs(start - 60), exists)) return true;
+  if (!start_clock_of(start).pruning_time()) return false;
+  const auto backups = old_backups();
+  return backups && !backups->empty();
 }
 
 // A full file system takes no logs. The run still overwrites the files it has, but without its
 // check file it needs room for a new one.
 void tell_full(Findings& findings, const std::string& what, const std::string& remedy) {
   const std::string missing = std::string(", and ") + kScratch + " is not there to be overwritten";
-  if (file_size(kScratch) == 0 && !has_due_logs()) {
+  if (file_size(kScratch) == 0 && !has_due_files()) {
     findings.ends_run("disk", what + missing, remedy);
   } else if (file_size(kScratch) == 0) {
-    findings.lost(
-        "disk",
-        what + missing +
-            ": the next run has to remove the hit logs that are due first, and ends early "
-            "if others take their room",
-        remedy);
+    findings.lost("disk",
+                  what + missing +
+                      ": the next run has to remove the old logs or archives that are due first, "
+                      "and ends early "
+                      "if others take their room",
+                  remedy);
   } else {
     findings.lost("disk",
                   what +

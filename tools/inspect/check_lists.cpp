@@ -66,7 +66,7 @@ void check_proxies(Findings& findings) {
       }
     }
   }
-  complaints.tell(findings, std::to_string(count) + " addresses",
+  complaints.tell(findings, counted(count, "address"),
                   "one address w.x.y.z a line, a port behind a colon; ranges are not known");
 }
 

@@ -155,7 +155,7 @@ void check_addresses(Findings& findings) {
     findings.off(kTable, "holds no range: every country is unknown", "install the table again");
   } else {
     const std::string covered = counted(ranges, "range") + (ranges == 1 ? " covers " : " cover ") +
-                                std::to_string(addresses) + " addresses";
+                                counted(addresses, "address");
     complaints.tell(findings, covered, remedy);
     if (complaints.empty() && addresses < kNextToNothing) {
       findings.off(kTable, covered + ", next to nothing: nearly every country is unknown", remedy);
