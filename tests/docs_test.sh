@@ -41,8 +41,10 @@ for document in concepts operating; do
 done
 cp "$project"/tests/*.t "$work/"
 PATH=$work/bin:$project/examples:$PATH TZ=UTC \
-  cram3 --indent=4 --preserve-env --shell=/bin/bash "$work"/*.md "$work"/*.t || {
-  [ "${2:-}" = --update ] && for result in "$work"/*.t.err; do
-    cp "$result" "$project/tests/$(basename "$result" .err)"
-  done
-}
+  cram3 --indent=4 --preserve-env --shell=/bin/bash "$work"/*.md "$work"/*.t && exit
+for result in "$work"/*.err; do
+  document=$(basename "$result" .err)
+  diff "$work/$document" "$result" | sed -n "s/^\([0-9]\+\).*/FAIL $document, line \1/p"
+  [ "${2:-}" = --update ] && [ "$document" != "${document%.t}" ] && cp "$result" "$project/tests/$document"
+done
+[ "${2:-}" = --update ]
