@@ -265,7 +265,8 @@ def calls_of(trace):
         writing = name in FULL or (name in ('openat', 'close') and writable.get(path, False))
         # Behind the outgoing list: what is read there a second time is about to be stored.
         late = late or path == 'd/out.lst.new'
-        calls.append(Call(name, counts[name], path, writing, text[:70], late))
+        text = re.sub(r'<[^<>]*/site/?', '<', text)[:70]
+        calls.append(Call(name, counts[name], path, writing, text, late))
     return calls
 
 
@@ -370,7 +371,7 @@ class Score:
             return
         self.failed += 1
         if self.failed <= 40:
-            print('FAILED %s: %s' % (name, '; '.join(complaints)), flush=True)
+            print('FAILED %s\n  %s' % (name, '; '.join(complaints)), flush=True)
 
     def finish(self):
         print('%d passed, %d failed' % (self.passed, self.failed))
