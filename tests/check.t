@@ -209,8 +209,8 @@ The trades and their windows.
     holds the reserved entries only: there is no trade -> tar xzf d/backup/26-320-11.tar.gz d/t/index, before a run: what comes in meanwhile is counted as unknown
     12 entries, reserved ones included
     its length is no multiple of 996: the last entry is cut short -> tar xzf d/backup/26-320-11.tar.gz d/t/index
-    $ whole() { vantrel-inspect check "$@" | grep -v 'looked at as'; }
-    $ fresh; whole --verbose; truncate -s 8964 d/t/index; whole; : >d/t/index; truncate -s 22908 d/t/index; whole; rm d/t/index; whole
+    $ whole() { vantrel-inspect check "$@" | grep -v 'looked at'; }
+    $ fresh; whole --verbose; truncate -s 8964 d/t/index; whole; : >d/t/index; truncate -s 22908 d/t/index; whole
     ok: scheduler: the last run was let in at 2026-11-16 13:07
     ok: l/sys/cron.run: no gap, no double run
     ok: disk: takes data
@@ -243,15 +243,10 @@ The trades and their windows.
     ok: list: the next one is worth following
     The next run would reach its end. Its list is worth following, nothing is being lost.
     fatal: d/t/index: The trade database holds fewer than ten entries. -> Restore d/t/index from the newest archive in d/backup/.
-    ok: 25 things looked at: scheduler, l/sys/cron.run, disk, l/in, l/out, d/t, d/jb, d/ds, d/se, d/proxy, d/traffic.set, d/geo.rating, d/ip.psv, d/agent.rating, d/request.rating, d/tags.rating, d/set, d/out.mod, d/out.set, d/nm/track, d/alerts, sh_sync.cgi, sh_hta.cgi, sh_top.cgi, d/backup
     The next run would end early.
     warning: d/t/index: holds nothing but zero bytes: every trade is gone -> tar xzf d/backup/26-320-11.tar.gz d/t/index, before a run: what comes in meanwhile is counted as unknown
     warning: list: the next list is empty: no visitor is sent to a trade -> vantrel-inspect why and preview show what each trade lacks
-    ok: 26 things looked at: scheduler, l/sys/cron.run, disk, d/t/sum, l/in, l/out, d/t, d/jb, d/ds, d/se, d/proxy, d/traffic.set, d/geo.rating, d/ip.psv, d/agent.rating, d/request.rating, d/tags.rating, d/set, d/out.mod, d/out.set, d/nm/track, d/alerts, sh_sync.cgi, sh_hta.cgi, sh_top.cgi, d/backup
     The next run would reach its end, but something is off. Its list is not worth following. Something is being lost.
-    fatal: d/t/index: The trade database cannot be opened or written. -> Restore d/t/index from a backup, or give the run's user read and write permission.
-    ok: 25 things looked at: scheduler, l/sys/cron.run, disk, l/in, l/out, d/t, d/jb, d/ds, d/se, d/proxy, d/traffic.set, d/geo.rating, d/ip.psv, d/agent.rating, d/request.rating, d/tags.rating, d/set, d/out.mod, d/out.set, d/nm/track, d/alerts, sh_sync.cgi, sh_hta.cgi, sh_top.cgi, d/backup
-    The next run would end early.
     $ for size in 283 284 285 500 2660; do fresh; truncate -s $size d/out.lst; told d/out.lst; done; for n in 0 1 2 3; do printf '\143' | dd of=d/out.lst bs=1 seek=$((284 + 216 * n)) conv=notrunc status=none; done; told d/out.lst; rm d/out.lst; told d/out.lst
     is not whole: visitors are sent by what is left of it -> let a run write it anew, the next one does; then look at what wrote to it
     is not whole: visitors are sent by what is left of it -> let a run write it anew, the next one does; then look at what wrote to it
@@ -286,18 +281,16 @@ The trades and their windows.
     holds counts that no minute can have: the windows turn wrong when they leave -> tar xzf d/backup/26-320-11.tar.gz d/t
     23 lines
     holds counts that no minute can have: the windows turn wrong when they leave -> tar xzf d/backup/26-320-11.tar.gz d/t
-    $ for n in 12 13 14 15; do truncate -s 80641 d/t/$n; done; rm d/t/16; mkdir d/t/16; truncate -s 0 d/t/17; vantrel-inspect check | grep d/t/ | cut -c1-200
+    $ for n in 12 13 14 15; do truncate -s 80641 d/t/$n; done; rm d/t/16; mkdir d/t/16; truncate -s 0 d/t/17; vantrel-inspect check | grep ^warning | cut -c1-200
     warning: d/t/sum: the windows of 24 hours are not the sum of the minutes in d/t/<id>: site16.example (833, the minutes make 0), site17.example (1668, the minutes make 0) -> stop the scheduler and tar 
     warning: d/t/16: is no file: no minute of the trade is stored -> put it away and make a file of 80,640 zero bytes
     warning: d/t/12, d/t/13, d/t/14 and 2 more: not 80,640 bytes long: minutes behind the end count as zero, so that what they held never leaves the windows -> tar xzf d/backup/26-320-11.tar.gz d/t; or ma
     warning: d/t/11: holds counts that no minute can have: the windows turn wrong when they leave -> tar xzf d/backup/26-320-11.tar.gz d/t
-    ok: 29 things looked at: scheduler, l/sys/cron.run, disk, d/t/index, l/in, l/out, d/t, d/h, d/jb, d/ds, d/se, d/proxy, d/traffic.set, d/geo.rating, d/ip.psv, d/agent.rating, d/request.rating, d/tags.r
 
 The days, the logs, the runs, and what they leave behind.
 
     $ fresh; days() { sed "$1" ../model/d/h/site11.example.his >d/h/site11.example.his; told d/h | cut -d: -f1; }
-    $ for change in '' 3p 5d '4,6d' '1,2d' '2p;1d' '3{h;d};4G' '$d' 's/|20261113|/|20261313|/' 's/|20261113|/|2026111|/' 's/|20261115|/|20261116|/' 's/|20261115|/|20261117|/' '$s/$/\n/'; do days "$change"; done
-    every trade has its days
+    $ for change in 3p 5d '4,6d' '1,2d' '2p;1d' '3{h;d};4G' '$d' 's/|20261113|/|20261313|/' 's/|20261113|/|2026111|/' 's/|20261115|/|20261116|/' 's/|20261115|/|20261117|/' '$s/$/\n/'; do days "$change"; done
     every trade has its days
     in 1 file (d/h/site11.example.his) 1 day between 20261110 and 20261112 missing
     in 1 file (d/h/site11.example.his) 3 days between 20261109 and 20261113 missing
@@ -442,12 +435,10 @@ Whether the next list is worth following.
     the next one is worth following
     site20.example has 91 % of the weights of the next list -> vantrel-inspect why and preview show what each trade lacks
     site17.example has 100 % of the weights of the next list -> vantrel-inspect why and preview show what each trade lacks
-    $ fresh; printf '1|5|\n' >d/out.set; for n in 11 12 13 14 15 16 17; do set-trade.py . $n mode=0; done; told list; set-trade.py . 18 mode=0; told list
+    $ fresh; printf '1|5|\n' >d/out.set; for n in 11 12 13 14 15 16 17 18; do set-trade.py . $n mode=0; done; told list
     site20.example has 100 % of the weights of the next list -> vantrel-inspect why and preview show what each trade lacks
-    site20.example has 100 % of the weights of the next list -> vantrel-inspect why and preview show what each trade lacks
-    $ vantrel-inspect list | wc -l; for n in 19 20 21; do set-trade.py . $n mode=0; told list; done; set-trade.py . 22 mode=0; told list
+    $ vantrel-inspect list | wc -l; for n in {19..22}; do set-trade.py . $n mode=0; [ $n = 21 ] || told list; done
     13
     site20.example has 100 % of the weights of the next list -> vantrel-inspect why and preview show what each trade lacks
-    the next list has 4 trades, the present one 11 -> vantrel-inspect why and preview show what each trade lacks
     the next list has 4 trades, the present one 11 -> vantrel-inspect why and preview show what each trade lacks
     in the next list all weights are 0: no visitor is sent to a trade -> vantrel-inspect why and preview show what each trade lacks
