@@ -1,6 +1,7 @@
 # A part of "cmake --install": the texts that name the programs, with the folder these come to lie in
 # instead of /usr/local/bin, and the manual pages with the day of the release, compressed. Takes from
-# its caller SOURCE, BUILD, DATE, and BINDIR, DATADIR, DOCDIR, MANDIR below the prefix.
+# its caller SOURCE, BUILD, DATE, INSPECTOR (whether it is built), and BINDIR, DATADIR, DOCDIR, MANDIR
+# below the prefix.
 cmake_policy(VERSION 3.25)
 set(stage ${BUILD}/texts)
 file(REMOVE_RECURSE ${stage})
@@ -8,7 +9,7 @@ file(REMOVE_RECURSE ${stage})
 # stage_text(FROM NAME): a copy of FROM in the staging folder, with this installation's paths.
 function(stage_text from name)
   file(READ ${from} text)
-  string(REPLACE "/usr/local/bin/" "${CMAKE_INSTALL_PREFIX}/${BINDIR}/" text "${text}")
+  string(REGEX REPLACE "/usr/local/bin([/:])" "${CMAKE_INSTALL_PREFIX}/${BINDIR}\\1" text "${text}")
   string(REPLACE "/usr/local/share/doc/vantrel/" "${CMAKE_INSTALL_PREFIX}/${DOCDIR}/" text "${text}")
   string(REPLACE "@DATE@" "${DATE}" text "${text}")
   file(WRITE ${stage}/${name} "${text}")
@@ -25,6 +26,13 @@ function(install_staged to)
 endfunction()
 
 file(GLOB pages ${SOURCE}/man/*.[158] ${BUILD}/man/*.[158])
+file(GLOB units ${SOURCE}/examples/*.service ${SOURCE}/examples/*.timer)
+set(completed vantrel-inspect vantrel-sample-site vantrel-day)
+if(NOT INSPECTOR)
+  list(FILTER pages EXCLUDE REGEX vantrel-inspect)
+  list(FILTER units EXCLUDE REGEX "vantrel-(watch|trouble)")
+  list(REMOVE_ITEM completed vantrel-inspect)
+endif()
 foreach(page ${pages})
   cmake_path(GET page FILENAME name)
   cmake_path(GET page EXTENSION LAST_ONLY section)
@@ -51,7 +59,6 @@ endforeach()
 file(INSTALL DESTINATION ${CMAKE_INSTALL_PREFIX}/${DOCDIR}/examples TYPE PROGRAM
   FILES ${SOURCE}/examples/set-trade.py)
 
-file(GLOB units ${SOURCE}/examples/*.service ${SOURCE}/examples/*.timer)
 foreach(unit ${units})
   cmake_path(GET unit FILENAME name)
   stage_text(${unit} ${name})
@@ -59,7 +66,7 @@ foreach(unit ${units})
 endforeach()
 
 # One file under the three names bash looks for.
-foreach(program vantrel-inspect vantrel-sample-site vantrel-day)
+foreach(program ${completed})
   stage_text(${SOURCE}/packaging/vantrel.bash ${program})
   install_staged(${DATADIR}/bash-completion/completions ${program})
 endforeach()

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Builds the run for several machines and compares, byte for byte, what the builds make of a site.
 
-    scripts/same_bytes.py              every machine, each with the test suite: about an hour
+    scripts/same_bytes.py              every machine, each with the test suite: an hour and a half
     scripts/same_bytes.py --short      two of them against build/release, without the suite
     scripts/same_bytes.py NAME...      these of them, the first is what the others are compared with
 

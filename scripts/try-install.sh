@@ -43,6 +43,11 @@ one_run() {
   check "which no event ended" same '' "$(serious_events)"
 }
 
+# first_site MANUAL: its commands, as they stand there.
+first_site() {
+  cd "$(mktemp -d)" && PATH=/usr/bin:/bin bash -ec "$(awk '/^##/{on = /A first site/} on && /^    \$ /{print substr($0, 7)}' "$1")"
+}
+
 # under_cron PREFIX: the line of the README for that prefix, in the crontab of the user of the site.
 under_cron() {
   local line share=$1/share
@@ -50,6 +55,8 @@ under_cron() {
   check "README, manual, manual page and example have one line: $line" same "$(printf "$line\\n%.0s" {1..4} | tr -s ' ')" \
     "$(grep -h '^ *\* \* .*cron' <(cat "$share"/doc/vantrel/{README.md,operating.md,examples/crontab}) \
       <(zcat "$share/man/man8/vantrel-cron.8.gz" | sed 's/\\//g') | sed 's/^ *//' | tr -s ' ')"
+  check "no other line for cron has a bare name" bash -c "! grep -hE '^ *([*0-9/,-]+ +){5}.* vantrel-' $share/doc/vantrel/*.md"
+  check "the first site of the manual has its list" grep -q 'gamma.*quota' <(first_site "$share/doc/vantrel/operating.md" 2>&1)
   lay_out env PATH="$1/bin:$PATH"
   crontab -u www-data - <<<"$line"
   one_run cron
@@ -135,6 +142,7 @@ contents() {
 }
 
 inside() {
+  local unit
   cd "$1"
   . scripts/checks.sh
   say 'By cmake'
@@ -145,6 +153,14 @@ inside() {
   say 'The folder'
   bash -c "$(commands Install 'tar -xzf')"
   under_cron /opt/vantrel
+  bash -c "$(commands Install 'systemctl link')"
+  lay_out env PATH="/opt/vantrel/bin:$PATH"
+  unit=vantrel-cron@$(systemd-escape -p $site).timer
+  systemctl enable --now "$unit"
+  one_run "the timer of the folder"
+  systemctl disable --now "$unit"
+  find /etc/systemd/system -lname '/opt/vantrel/*' -delete
+  systemctl daemon-reload
   rm -r /opt/vantrel
   say 'The package'
   contents >/try/contents
@@ -164,7 +180,7 @@ if [ "${1:-}" = --inside ]; then inside "$2"; exit; fi
 cd "$(dirname "$0")/.."
 . scripts/setup.sh
 [ "$(id -u)" = 0 ] || { echo "try-install.sh: must be started as root" >&2; exit 1; }
-install_packages "${build_packages[@]}" dpkg-dev debootstrap systemd-container
+install_packages "${build_packages[@]}" dpkg-dev debootstrap lintian systemd-container
 work=$PWD/build/try-install
 mkdir -p "$work"
 rm -f build/release/vantrel[-_]*.{deb,tar.gz}
@@ -173,6 +189,9 @@ for word in --preset 'target package'; do
   say "$command"
   bash -c "$command" >"$work/build.log"
 done
+
+say "lintian"
+lintian --allow-root --fail-on error,warning build/release/vantrel_*.deb
 
 if [ "${1:-}" = --same ]; then
   say "A second time, in another folder, file system, time zone, under another umask"
@@ -185,12 +204,13 @@ if [ "${1:-}" = --same ]; then
   rm -r "$second"
 fi
 
-if ! [ -e "$work/base/etc/debian_version" ]; then
+if ! [ -e "$work/base/usr/bin/python3" ]; then
   say "A bare Debian, from the mirror of this one"
   . /etc/os-release
   mirror=$(apt-get indextargets --format '$(SITE)' "Release: $VERSION_CODENAME" | head -n 1)
-  debootstrap --variant=minbase --include=bash-completion,cmake,cron,dbus,dma,logrotate,sudo,systemd-sysv \
+  debootstrap --variant=minbase --include=bash-completion,cmake,cron,dbus,dma,logrotate,python3,sudo,systemd-sysv \
     "$VERSION_CODENAME" "$work/base.new" "$mirror" >"$work/debootstrap.log"
+  rm -rf "$work/base"
   mv "$work/base.new" "$work/base"
 fi
 say "Booted"

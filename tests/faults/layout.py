@@ -6,11 +6,9 @@ starts). It leaves the times of files alone and nothing behind when a run is kil
 """
 import atexit
 import calendar
-import collections
 import os
 import re
 import shutil
-import signal
 import struct
 import subprocess
 import sys
@@ -230,82 +228,6 @@ def run(program, site, clock, zone='UTC', tracer=(), **more):
                               timeout=PATIENCE, **AS_USER).returncode
     except subprocess.TimeoutExpired:
         return None
-
-
-# What a full disk can fail.
-WRITES = ('write', 'pwrite64')
-FULL = WRITES + ('ftruncate', 'fallocate', 'fsync', 'rename')
-
-Call = collections.namedtuple('Call', 'name nth path writing text late')
-
-
-def calls_of(trace):
-    """The system calls of a traced run behind the loader's, each with its number among those of its
-    name, the file it is about, and whether it has to do with writing that file."""
-    calls, counts, started, late, writable = [], collections.Counter(), False, False, {}
-    for line in trace:
-        found = re.match(r'(\w+)\((.*)', line)
-        if not found:
-            continue
-        name, text = found.groups()
-        counts[name] += 1
-        started = started or name == 'fcntl'
-        if not started:
-            continue
-        if not re.match(r'\d+<', text):
-            path = re.search(r'"([^"]*)"', text)
-            path = path.group(1) if path else ''
-        else:
-            path = re.match(r'\d+<([^>]*)>', text)
-            path = path.group(1) if path else ''
-        path = re.sub(r'^.*?/site/', '', path)
-        path = re.sub(r'\.new[.\d]+$', '.new', path)
-        if name == 'openat':
-            writable[path] = 'O_RDWR' in text or 'O_WRONLY' in text
-        writing = name in FULL or (name in ('openat', 'close') and writable.get(path, False))
-        # Behind the outgoing list: what is read there a second time is about to be stored.
-        late = late or path == 'd/out.lst.new'
-        text = re.sub(r'<[^<>]*/site/?', '<', text)[:70]
-        calls.append(Call(name, counts[name], path, writing, text, late))
-    return calls
-
-
-def injector(*faults):
-    """strace as an injector of faults: (name of the call, what happens, which of them)."""
-    command = ['strace', '-qq', '-o', '/dev/null', '-e', 'signal=none',
-               '-e', 'trace=' + ','.join(name for name, _, _ in faults)]
-    for name, what, when in faults:
-        command += ['-e', 'inject=%s:%s:when=%s' % (name, what, when)]
-    return tuple(command)
-
-
-class Stopped:
-    """A run that is stopped behind one of its system calls, until it is told to end."""
-
-    def __init__(self, program, site, clock, call):
-        self.trace = '%s.%d' % (site, clock) + os.urandom(4).hex()
-        env = environment(clock)
-        tracer = ['strace', '-qq', '-o', self.trace, '-e', 'trace=' + call.name, '-e',
-                  'inject=%s:signal=SIGSTOP:when=%d' % (call.name, call.nth)]
-        self.tracer = subprocess.Popen(
-            [*tracer, *(x for pair in env.items() for x in ('-E', '%s=%s' % pair)), program],
-            cwd=site, env={'PATH': env['PATH']}, stdin=subprocess.DEVNULL,
-            stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, **AS_USER)
-        while self.tracer.poll() is None and not self.is_stopped():
-            time.sleep(0.002)
-
-    def is_stopped(self):
-        return os.path.exists(self.trace) and b'--- stopped by' in read('', self.trace)
-
-    def ends(self):
-        """Its exit status, or None when it hangs."""
-        try:
-            if self.tracer.poll() is None:
-                with open('/proc/%d/task/%d/children' % ((self.tracer.pid,) * 2)) as f:
-                    os.kill(int(f.read().split()[0]), signal.SIGCONT)
-            return self.tracer.wait(PATIENCE)
-        except (subprocess.TimeoutExpired, IndexError, ProcessLookupError):
-            return None
 
 
 def tree(root):

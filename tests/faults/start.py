@@ -4,8 +4,8 @@
     start.py BUILD_DIRECTORY [--short] [GROUP ...]
 
 Groups: streams, masks, readonly, attributes, leftovers, neighbours, children, faults, kinds, limits,
-names, texts, records. After each run: status 0, every store whole, nothing touched around the site, and a next run that works once the
-cause is gone. Needs python3 and a C++ compiler; as root it also gives files away and runs as another user
+names, texts, records. After each run: status 0, every store whole, nothing touched around the site,
+and a next run that works once the cause is gone. Needs python3 and a C++ compiler; as root it also gives files away and runs as another user
 (setpriv of util-linux). --short leaves cases out of the long tables.
 """
 import site_case

@@ -4,7 +4,6 @@ import os
 import resource
 import shutil
 import stat
-import sys
 
 import layout
 import site_case

@@ -5,13 +5,13 @@ import os
 import shutil
 import signal
 import subprocess
-import sys
 import time
 
 import layout
 from layout import CLOCK
 import site_case
 from site_case import Case, NOBODY, PROGRAM, REPLACED, ROOT, STORES, unprivileged
+from system_calls import injector
 
 
 def leftovers():
@@ -142,7 +142,7 @@ def faults():
                 os.utime(os.path.join(case.site, folder), (1, 1))
         case.before = layout.tree(case.site)
         got = layout.run(PROGRAM, case.site, CLOCK, tracer=[
-            *layout.injector(fault), '-P', os.path.join(case.site, path)])
+            *injector(fault), '-P', os.path.join(case.site, path)])
         case.expect(got == 0, 'exit status %s' % got)
         case.check_log()
         look(case)

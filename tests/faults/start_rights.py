@@ -5,7 +5,6 @@ import re
 import stat
 import struct
 import subprocess
-import sys
 import time
 
 import layout

@@ -32,7 +32,8 @@ import shutil
 import struct
 
 import layout
-from layout import CLOCK, FULL, HITS_LEFT, HOURS_LEFT, RECORD, SLOT, STATISTICS, WRITES
+from layout import CLOCK, HITS_LEFT, HOURS_LEFT, RECORD, SLOT, STATISTICS
+from system_calls import ERRORS, FULL, READS, SINGLE, Stopped, WRITES, calls_of, expected_event, injector
 
 # The run that does everything, in three parts of it: a minute of the day, whether the outgoing list
 # grows, how many minutes with hits the run counts. The one at 23:59 writes the history and a backup,
@@ -43,22 +44,6 @@ SCENES = [Scene('23:59', CLOCK, False, 1), Scene('23:20', CLOCK - 39 * 60, True,
           Scene('14:00', CLOCK - (9 * 60 + 59) * 60, True, 3)]
 HITS = 3  # of each trade in a minute
 UNKNOWN = 6  # the entry that counts for trades that are none
-
-SINGLE = FULL + ('openat', 'close', 'fchmod', 'fchown', 'unlink', 'clone3', 'clone', 'fork',
-                 'vfork', 'pipe2', 'fcntl', 'faccessat2', 'listxattr', 'flistxattr', 'readlink')
-READS = ('pread64', 'read', 'getdents64', 'newfstatat')
-ERRORS = ('EIO', 'EACCES', 'EMFILE')
-
-# What a failing call on a file is reported as: subject and level.
-OPENED = [('d/t/index', 'd/t/index', '1'), ('d/t/sum', 'd/t/sum', '1'),
-          (r'd/t/\d+', None, '1'), ('d/ds', 'd/ds', '0'), ('d/jb', 'd/t/jb', '0'),
-          ('d/proxy', 'd/proxy', '0'), ('d/ip.psv', 'ip.psv', '1'), (r'd/\w+\.rating', None, '1'),
-          ('d/set', 'd/set', '1'), (r'd/out\.(set|mod)', None, '1'), ('d/caps', 'd/caps', '0'),
-          ('d/alerts', 'd/alerts', '0'), (r'd/h/[a-z0-9.]+\d?(example|\d)\.his', None, '0')]
-WRITTEN = [('l/hdd.check', 'unable to perform hdd check', '1'), ('d/t/index', 'd/t/index', '1'),
-           (r'd/t/\d+', None, '0'), (r'd/t/sum(\.new)?', 'd/t/sum', '1'),
-           ('d/out.lst', 'd/out.lst', '0'), (r'd/alerts(\.new)?', 'd/alerts', '0'),
-           (r'd/h/.*\.his', None, '0')]
 
 LEFTOVER = re.compile(r'\.new\.\d+\.\d+$')
 
@@ -96,7 +81,7 @@ class Walker:
         hours = [struct.unpack_from('<i', x['d/t/index'], 12 * RECORD + HOURS_LEFT)[0]
                  for x in (old, new)]
         day = scene.name == '23:59'
-        done = {'all minutes': self.sums[11][0] - 9 == HITS * scene.minutes,
+        return {'all minutes': self.sums[11][0] - 9 == HITS * scene.minutes,
                 'slots': all(new[n] != old[n] for n in old if re.fullmatch(r'd/t/1[1-5]', n)),
                 'guarantee': new['d/t/index'] != old['d/t/index'],
                 'list': new['d/out.lst'] != old['d/out.lst'] and
@@ -112,7 +97,6 @@ class Walker:
                 'archive': day == any(n.startswith('d/backup/') and n not in old for n in new),
                 'pruning': (scene.name == '23:20') == any(n.startswith('d/backup/') for n in gone),
                 'hours of a quota': hours[0] - hours[1] == (scene.name == '14:00')}
-        return done
 
     def fresh(self):
         site = os.path.join(self.folder, '%s.%d' % (self.scene.name, next(self.numbers)), 'site')
@@ -134,7 +118,7 @@ class Walker:
         assert layout.run(self.program, site, self.scene.clock,
                           tracer=('strace', '-y', '-o', trace)) == 0
         with open(trace, errors='replace') as f:
-            calls = layout.calls_of(f)
+            calls = calls_of(f)
         layout.remove(site)
         return calls
 
@@ -287,13 +271,13 @@ class Walker:
         minutes = 3 if second is None else 1 + apart
         for i in range(1, minutes + 1):
             layout.write_logs(site, clock + 60 * i)
-        runs = [layout.Stopped(self.program, site, clock, first)]
+        runs = [Stopped(self.program, site, clock, first)]
         if second:
-            runs.append(layout.Stopped(self.program, site, clock + 60 * apart, second))
+            runs.append(Stopped(self.program, site, clock + 60 * apart, second))
         else:
             runs += [layout.run(self.program, site, clock + 60 * i) for i in (1, 2)]
         wrong = ['exit status %s' % got for got in [
-            run.ends() if isinstance(run, layout.Stopped) else run
+            run.ends() if isinstance(run, Stopped) else run
             for run in (runs[::-1] if turned else runs)] if got != 0]
         if layout.run(self.program, site, clock + 60 * minutes) != 0:
             wrong.append('the last run ends with another status')
@@ -333,7 +317,7 @@ class Walker:
     def kill(self):
         for call in self.calls:
             yield dict(what='killed at %s(%s' % (call.name, call.text), exact=True, status=-9,
-                       tracer=layout.injector((call.name, 'signal=SIGKILL', '%d' % call.nth)))
+                       tracer=injector((call.name, 'signal=SIGKILL', '%d' % call.nth)))
 
     def full(self):
         for names in (WRITES, FULL):
@@ -347,7 +331,7 @@ class Walker:
                           if counts[n]]
                 done[call.name] += 1
                 yield dict(what='disk full from %s(%s' % (call.name, call.text), exact=False,
-                           tracer=layout.injector(*faults))
+                           tracer=injector(*faults))
 
     def single(self):
         for call in self.calls:
@@ -355,7 +339,7 @@ class Walker:
             for error in errors:
                 yield dict(what='%s: %s(%s' % (error, call.name, call.text), exact=False,
                            event=expected_event(call, error),
-                           tracer=layout.injector((call.name, 'error=' + error, '%d' % call.nth)))
+                           tracer=injector((call.name, 'error=' + error, '%d' % call.nth)))
 
     def short(self):
         yield dict(what='half of each write', exact=True, SHORT_WRITE=-1)
@@ -387,22 +371,6 @@ class Walker:
         for n in range(1, self.allocations() + 1):
             yield dict(what='allocation %d fails' % n, exact=False, said=True, NO_MEMORY=n)
             yield dict(what='no memory from allocation %d on' % n, exact=False, NO_MEMORY=-n)
-
-
-def expected_event(call, error):
-    """The event a failing call must be reported with, or None when the file has none."""
-    table = WRITTEN if call.writing else OPENED if call.name == 'openat' else []
-    if call.path.endswith('.new') and call.name == 'openat' and error == 'EACCES':
-        return None  # a folder that takes no new file: written in place instead
-    if call.path == 'l/hdd.check' and call.name == 'pwrite64':
-        return None  # what is due to go is removed, and it is written again
-    for pattern, subject, level in table:
-        if re.fullmatch(pattern, call.path):
-            # Read once more behind a synchronisation, which has no event.
-            if call.path == 'd/set' and call.late:
-                return None
-            return subject or call.path, level
-    return None
 
 
 def main():
