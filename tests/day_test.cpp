@@ -95,7 +95,9 @@ TEST_F(DayTest, OnlyTheLastSevenRecordsOfAHistoryCountWhereverItIsCut) {
     for (const std::int32_t value : row_of(start).values) {
       text += "|" + std::string(padding, '0') + std::to_string(value);
     }
-    return text + std::string(15, '|') + "\n";
+    text += '|';
+    for (int i = 0; i < 14; ++i) text += start % 200 == 0 ? "|" : "x|";  // nobody reads them
+    return text + "\n";
   };
   HistoryReader reader;
   const auto expect_as_naive = [&reader](const std::string& bytes) {
