@@ -146,11 +146,13 @@ TEST_F(DayTest, BackupsAreNamedAfterTheHourWalkedToAndTheNewestNinetyAreKept) {
   for (int age = 1; age <= 95; ++age) {
     EXPECT_EQ(fs::exists("d/backup/" + std::to_string(age * 37 % 101)), age <= 90) << age;
   }
-  // All of one age, as in a site that was copied without its times.
-  sh("cd d/backup; rm *; touch -d 12:00 $(seq 26105 26194) $(seq 26100 26104)");
+  // All of one age, as in a site that was copied without its times; one that has none goes last.
+  sh("cd d/backup; rm *; ln -s nowhere 0; touch -d @" + std::to_string(now + 24 * 60 * 60) +
+     " $(seq 26105 26194) $(seq 26100 26104)");
   run_at(now + 24 * 60 * 60);
+  EXPECT_TRUE(fs::is_symlink("d/backup/0"));
   for (int name = 26100; name < 26195; ++name) {
-    EXPECT_EQ(fs::exists("d/backup/" + std::to_string(name)), name >= 26105) << name;
+    EXPECT_EQ(fs::exists("d/backup/" + std::to_string(name)), name >= 26106) << name;
   }
 }
 
