@@ -152,9 +152,9 @@ TEST(Planning, BoostRankingAndGeneratedWeights) {
   for (const auto& [selector, metric] : metrics) {
     for (const int threshold : {metric, metric + 1}) {
       work.param_828 = selector, work.param_832 = threshold;
-      work.param_836 = 30, work.param_840 = 250;
+      work.param_836 = 1, work.param_840 = 250;
       score_trades(works, settings);
-      EXPECT_DOUBLE_EQ(work.score, threshold == metric ? 125 : 15) << selector;
+      EXPECT_DOUBLE_EQ(work.score, threshold == metric ? 125 : 0.5) << selector;
       work.param_840 = 0;
       score_trades(works, settings);
       EXPECT_DOUBLE_EQ(work.score, 50);
