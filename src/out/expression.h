@@ -19,7 +19,7 @@
 namespace vantrel {
 
 // A place where a formula was not what it should be. The first ones are errors, which take the
-// value 1.0 and are counted; the last two are accepted without a word.
+// value 1.0; the last two are accepted without a word.
 struct ExpressionError {
   enum Kind {
     bad_character,   // nothing a formula is made of: the text ends there
@@ -32,7 +32,6 @@ struct ExpressionError {
   };
   Kind kind = value_expected;
   std::size_t offset = 0;  // into the text
-  [[nodiscard]] bool counted() const { return kind < broken_number; }
 };
 using ExpressionErrors = std::vector<ExpressionError>;
 
