@@ -24,7 +24,7 @@ WORK = TOP / 'build/mutants'
 TREE, BUILD, SHIPPED = WORK / 'tree', WORK / 'build', WORK / 'shipped'
 RUN = 'vantrel-cron'
 # What is built, and which tests are run then: those of the run, those of tests/faults, all others.
-TESTS = [('vantrel-tests', r'\w+\..+'), (RUN, 'walk|start|power|clock|neighbours|full_disk'),
+TESTS = [('vantrel-tests', r'\w+\..+'), (RUN, 'walk|in-place|start|power|clock|neighbours|full_disk'),
          ('all', '(inspector|documents|fuzz).*')]
 
 NOT_CODE = re.compile(r'//[^\n]*|/\*.*?\*/|^#[^\n]*|static_assert\s*\(.*?\);|R"\(.*?\)"|"(?:\\.|[^"\\\n])*"'
@@ -95,6 +95,7 @@ def measured_tests(target, pattern):
     listed = json.loads(subprocess.check_output(['ctest', '--test-dir', BUILD, '--show-only=json-v1']))
     commands = {test['name']: test.get('command') for test in listed['tests']}
     commands |= {proof.stem: [proof, BUILD, '--short'] for proof in TREE.glob('tests/faults/*.py')}
+    commands['in-place'] = [*commands['walk'], '--in-place']
     took = {}
     for name in (name for name in commands if re.fullmatch(pattern, name)):
         begin = time.monotonic()
@@ -132,8 +133,7 @@ shipped, results = built('all', SHIPPED), []
 for number in chosen.only or range(1, len(drawn) + 1):
     path, at, old, new = drawn[number - 1]
     text = (TREE / path).read_text()
-    changed = text[:at] + new + text[at + len(old):]
-    (TREE / path).write_text(changed)
+    (TREE / path).write_text(changed := text[:at] + new + text[at + len(old):])
     failed, told = fate(stages, shipped, chosen.matrix)
     (TREE / path).write_text(text)
     results.append(failed)

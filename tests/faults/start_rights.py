@@ -132,7 +132,9 @@ def attributes():
         except OSError:
             print('no %s in this file system: the case is left out' % key)
             continue
+        number = os.stat(path).st_ino
         case.run(**(unprivileged() if bound else {}))
+        case.expect(bound or os.stat(path).st_ino != number, 'written in place')
         case.expect(layout.read(case.site, name) == site_case.reference()[name], 'not written')
         case.expect(key in os.listxattr(path) and os.getxattr(path, key) == value, 'it is another one')
         case.done()

@@ -14,7 +14,7 @@ Modes, all by default:
   overlap the run is stopped behind a call, another one of the same or the next minute as well, and
           they end one after the other: 400 such orders by chance (the same ones each time)
 
-With --in-place (kill, full and stop) the folders take no new file: what is replaced otherwise is
+With --in-place (kill, full, single and stop) the folders take no new file: what is replaced otherwise is
 written in place.
 
 After each case the files that cannot be rebuilt must be whole, and the next run, a minute later and
@@ -377,7 +377,7 @@ def main():
     program, chosen, short, in_place = layout.command_line(__doc__, '--short', '--in-place')
     if in_place:
         program = layout.bind_by_permissions(program)
-    modes = chosen or (['kill', 'full', 'stop'] if in_place else [
+    modes = chosen or (['kill', 'full', 'single', 'stop'] if in_place else [
         'kill', 'full', 'single', 'short', 'memory', 'stop', 'overlap'])
     step = {'kill': 7, 'full': 3, 'single': 41, 'short': 5, 'memory': 29, 'stop': 23,
             'overlap': 7} if short else {}
