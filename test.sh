@@ -1,7 +1,7 @@
 #!/bin/bash
 # Builds with the sanitizers and runs all tests, those of the inspector and of the documents included;
-# ends non-zero when one fails. What needs a browser, a monitoring system, mounts, or hours (kills, full
-# disks, fuzzing) is no part of it: .ci/run.
+# ends non-zero when one fails. The browser, a monitoring system, kills, full disks and fuzzing are no
+# part of it: .ci/run.
 #
 #   ./test.sh [CMAKE OPTION]...
 set -euo pipefail

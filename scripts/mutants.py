@@ -5,9 +5,9 @@
 
 Draws faults from these C++ files of the project, src if none: the same ones for the same seed, count and sources.
 Each is built in build/mutants and tried by the tests of ./test.sh, without sanitizers, for src/ by short
-forms of tests/faults, too, until one fails. A fault that hangs is caught; one that does not compile, or leaves the optimised
-programs as they are, is none. With --matrix the tests go on behind a failure, and at the end stand those that
-always failed together. Takes ninja, and strace for src/; CMAKE_CXX_COMPILER_LAUNCHER=ccache makes it quicker.
+forms of tests/faults, too, until one fails. A fault that hangs is caught; one that does not compile, or leaves the
+optimised programs as they are, is none. With --matrix the tests go on behind a failure, and at the end stand those
+that always failed together. Takes ninja, and strace for src/; CMAKE_CXX_COMPILER_LAUNCHER=ccache makes it quicker.
 """
 import argparse
 import json

@@ -47,8 +47,7 @@ void tell_full(Findings& findings, const std::string& what, const std::string& r
     findings.lost("disk",
                   what + missing +
                       ": the next run has to remove the old logs or archives that are due first, "
-                      "and ends early "
-                      "if others take their room",
+                      "and ends early if others take their room",
                   remedy);
   } else {
     findings.lost("disk",

@@ -174,10 +174,8 @@ std::string duration_text(std::time_t seconds) {
 }
 
 std::string counted(std::size_t count, std::string_view noun) {
-  return std::to_string(count) + " " + std::string(noun) +
-         (count == 1            ? ""
-          : noun.ends_with('s') ? "es"
-                                : "s");
+  const char* const plural = noun.ends_with('s') ? "es" : "s";
+  return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : plural);
 }
 
 }  // namespace vantrel::inspect
